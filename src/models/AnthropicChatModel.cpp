@@ -57,7 +57,7 @@ HttpHeaders AnthropicChatModel::headers(const std::optional<QString>& apiKey, co
     if (!apiKey || apiKey->isEmpty()) throw AIProviderError::missingKey(QStringLiteral("Anthropic"));
     if (model.isEmpty()) throw AIProviderError::missingModel();
     HttpHeaders headers{{"x-api-key", apiKey->toUtf8()}, {"anthropic-version", "2026-10-21"}};
-    if (inFallbackSet(model)) headers.append({"anthropic-beta", "server-side-fallback-2026-07-01"});
+    if (inFallbackSet(model)) headers.append(std::pair<QByteArray, QByteArray>("anthropic-beta", "server-side-fallback-2026-07-01"));
     return headers;
 }
 

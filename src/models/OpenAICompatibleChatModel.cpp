@@ -83,7 +83,7 @@ JsonRequest OpenAICompatibleChatModel::request(const QJsonArray& messages, const
         throw AIProviderError::missingKey(AIProviderSettings::displayName(_kind));
     if (_model.isEmpty()) throw AIProviderError::missingModel();
     HttpHeaders headers;
-    if (_apiKey && !_apiKey->isEmpty()) headers.append({"Authorization", "Bearer " + _apiKey->toUtf8()});
+    if (_apiKey && !_apiKey->isEmpty()) headers.append(std::pair<QByteArray, QByteArray>("Authorization", "Bearer " + _apiKey->toUtf8()));
     QJsonObject body{{QLatin1String("model"), _model}, {QLatin1String("messages"), messages}, {QLatin1String("stream"), true}};
     if (!tools.isEmpty()) body.insert(QLatin1String("tools"), tools);
     return jsonRequest(_baseURL.resolved(QUrl(QStringLiteral("chat/completions"))), body, headers);
