@@ -431,7 +431,11 @@ bool NoteStore::flush() {
 // MARK: tags
 
 void NoteStore::addTags(const QString& id, const QStringList& tags) {
-    const QStringList wanted = normalizedTags(tags);
+    // A tag already in use keeps the spelling it has, so "work" and "Work" never both appear.
+    QStringList wanted = normalizedTags(tags);
+    const QStringList inUse = allTags();
+    for (QString& tag : wanted)
+        if (const qsizetype at = tagIndex(inUse, tag); at >= 0) tag = inUse[at];
     mutate(id, false, true, [&](Note& n) {
         bool changed = false;
         for (const QString& tag : wanted) {

@@ -344,6 +344,7 @@ TEST_F(StoreTest, TagsAreNormalisedMergedAndDeleted) {
     notes.addTags("A", {"#Work", "  big idea ", "work", "!!"});
     EXPECT_EQ(notes.note("A")->tags, (QStringList{"Work", "big-idea"}));
     notes.addTags("B", {"Home", "WORK"});
+    EXPECT_EQ(notes.note("B")->tags, (QStringList{"Home", "Work"})) << "the spelling in use wins";
     EXPECT_EQ(notes.allTags(), (QStringList{"big-idea", "Home", "Work"}));
 
     clock.advance(1000);
