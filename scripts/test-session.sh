@@ -7,8 +7,8 @@ root=$PWD
 export HOME=$(mktemp -d)
 export XDG_RUNTIME_DIR=$HOME/runtime XDG_DATA_HOME=$HOME/data XDG_CONFIG_HOME=$HOME/config
 mkdir -p -m 700 "$XDG_RUNTIME_DIR"
-printf '' | gnome-keyring-daemon --unlock --components=secrets >/dev/null
-eval "$(printf '' | gnome-keyring-daemon --start --components=secrets)"
+printf 'vuro-test' | gnome-keyring-daemon --unlock --components=secrets >/dev/null
+eval "$(printf 'vuro-test' | gnome-keyring-daemon --start --components=secrets)"
 export GNOME_KEYRING_CONTROL
 
 display=:$((90 + RANDOM % 100))
