@@ -81,7 +81,7 @@ QString AwayDigest::countsLine() const {
 QString AwayDigest::line(const Note& note) {
     // Heading marks, then list bullets with an optional checkbox, numbered items and task glyphs.
     static const QRegularExpression marks(
-        QStringLiteral("^(?:#{1,6}\\s*)?(?:(?:[-*+]|\\d+[.)])\\s+)?(?:\\[[ xX]\\]\\s*)?[☐☑]?\\s*"));
+        QStringLiteral("^(?:#{1,6}\\s*)?(?:(?:[-*+]|\\d+[.)])(?:\\s+|$))?(?:\\[[ xX]\\](?:\\s+|$))?[☐☑]?\\s*"));
     for (const QString& raw : note.body.split(QLatin1Char('\n'))) {
         QString text = Text::trimmed(raw);
         text.remove(marks);

@@ -3,7 +3,8 @@
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusReply>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 
 namespace vuro {
 
@@ -11,19 +12,8 @@ namespace {
 
 const QString login1 = QStringLiteral("org.freedesktop.login1");
 const QString sessionInterface = QStringLiteral("org.freedesktop.login1.Session");
-// The object path of our login session: signals come from the real path, never from the
-// "auto" alias. Empty when we run outside a session.
-QString ownSessionPath(QDBusConnection& bus) {
-    const QString manager = QStringLiteral("org.freedesktop.login1.Manager");
-    const QString path = QStringLiteral("/org/freedesktop/login1");
-    QDBusReply<QDBusObjectPath> reply =
-        bus.call(QDBusMessage::createMethodCall(login1, path, manager, QStringLiteral("GetSessionByPID"))
-                     << quint32(QCoreApplication::applicationPid()), QDBus::Block, 2000);
-    if (!reply.isValid())
-        reply = bus.call(QDBusMessage::createMethodCall(login1, path, manager, QStringLiteral("GetSession"))
-                             << QStringLiteral("auto"), QDBus::Block, 2000);
-    return reply.isValid() ? reply.value().path() : QString();
-}
+const QString managerPath = QStringLiteral("/org/freedesktop/login1");
+const QString managerInterface = QStringLiteral("org.freedesktop.login1.Manager");
 
 }  // namespace
 
@@ -37,14 +27,34 @@ AwayMonitor::AwayMonitor(QDBusConnection sessionBus, QDBusConnection systemBus, 
         sessionBus.connect({}, QStringLiteral("/org/gnome/ScreenSaver"), QStringLiteral("org.gnome.ScreenSaver"),
                            QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
     }
-    const QString ownSession = systemBus.isConnected() ? ownSessionPath(systemBus) : QString();
-    if (!ownSession.isEmpty()) {
-        systemBus.connect(login1, ownSession, sessionInterface, QStringLiteral("Lock"), this, SLOT(sessionLocked()));
-        systemBus.connect(login1, ownSession, sessionInterface, QStringLiteral("Unlock"), this, SLOT(sessionUnlocked()));
-        systemBus.connect(login1, ownSession, QStringLiteral("org.freedesktop.DBus.Properties"),
-                          QStringLiteral("PropertiesChanged"), this,
-                          SLOT(sessionPropertiesChanged(QString, QVariantMap, QStringList)));
-    }
+    if (systemBus.isConnected()) findSession(systemBus, true);
+}
+
+// Asked without blocking: logind may be slow or absent, and start-up must not wait for it.
+// The session's signals come from its real path, never from the "auto" alias.
+void AwayMonitor::findSession(QDBusConnection bus, bool byProcess) {
+    auto call = byProcess ? QDBusMessage::createMethodCall(login1, managerPath, managerInterface, QStringLiteral("GetSessionByPID"))
+                                << quint32(QCoreApplication::applicationPid())
+                          : QDBusMessage::createMethodCall(login1, managerPath, managerInterface, QStringLiteral("GetSession"))
+                                << QStringLiteral("auto");
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, bus, byProcess](QDBusPendingCallWatcher* done) {
+        done->deleteLater();
+        const QDBusPendingReply<QDBusObjectPath> reply = *done;
+        if (reply.isError()) {
+            if (byProcess) findSession(bus, false);  // started outside a session: the user's display session
+            return;
+        }
+        watchSession(bus, reply.value().path());
+    });
+}
+
+void AwayMonitor::watchSession(QDBusConnection bus, const QString& path) {
+    bus.connect(login1, path, sessionInterface, QStringLiteral("Lock"), this, SLOT(sessionLocked()));
+    bus.connect(login1, path, sessionInterface, QStringLiteral("Unlock"), this, SLOT(sessionUnlocked()));
+    bus.connect(login1, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
+                this, SLOT(sessionPropertiesChanged(QString, QVariantMap, QStringList)));
+    _watchesSession = true;
 }
 
 AwayMonitor* AwayMonitor::forThisSession(QObject* parent) {

@@ -18,6 +18,8 @@ public:
     static AwayMonitor* forThisSession(QObject* parent = nullptr);
 
     bool isAway() const { return _screenSaver || _locked || _idle; }
+    // True once logind has told which session is ours.
+    bool watchesSession() const { return _watchesSession; }
 
 Q_SIGNALS:
     void awayChanged(bool away);
@@ -30,10 +32,13 @@ private Q_SLOTS:
 
 private:
     void update(bool& flag, bool value);
+    void findSession(QDBusConnection bus, bool byProcess);
+    void watchSession(QDBusConnection bus, const QString& path);
 
     bool _screenSaver = false;
     bool _locked = false;
     bool _idle = false;
+    bool _watchesSession = false;
 };
 
 }  // namespace vuro
