@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 #include "library/NoteFilter.h"
-#include "notes/FileTokens.h"
+#include "notes/NoteTokens.h"
 #include "notes/TaskLine.h"
 
 #include <QCollator>
@@ -33,8 +33,8 @@ NoteFacts NoteFacts::of(const Note& note) {
         facts.hasOpenTasks = true;
         if (TaskDue::parse(task.text)) facts.hasDueTasks = true;
     }
-    facts.hasImages = !FileTokens::imageTokens(note.body).isEmpty();
-    facts.hasFiles = !FileTokens::fileTokens(note.body).isEmpty();
+    facts.hasImages = !NoteTokens::imageTokens(note.body).isEmpty();
+    facts.hasFiles = !NoteTokens::fileTokens(note.body).isEmpty();
     return facts;
 }
 

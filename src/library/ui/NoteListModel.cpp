@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "library/LibraryModel.h"
+#include "notes/NoteTokens.h"
 
 #include <QRegularExpression>
 
@@ -26,13 +27,12 @@ void NoteListModel::update() {
 int NoteListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : int(_ids.size()); }
 
 QString NoteListModel::preview(const QString& body, const QString& title) {
-    static const QRegularExpression tokens(QStringLiteral("!?\\[[^\\]\\n]*\\]\\(vuro-(?:img|file)://[A-Za-z0-9-]*\\)"));
     static const QRegularExpression marks(QStringLiteral("^\\s*(?:#{1,6}\\s+|[-*+]\\s+(?:\\[[ xX]\\]\\s*)?|\\d+[.)]\\s+|[☐☑]\\s*)"));
     QStringList lines;
     bool titleSkipped = false;
     for (const QString& raw : body.split(QLatin1Char('\n'))) {
         QString line = raw;
-        line.remove(tokens).remove(marks);
+        line.remove(NoteTokens::imageTokenPattern()).remove(NoteTokens::fileTokenPattern()).remove(marks);
         line = Text::trimmed(line);
         if (line.isEmpty()) continue;
         if (!titleSkipped && title.startsWith(line.left(20))) {

@@ -49,7 +49,9 @@ void NoteListView::step(int delta, Qt::KeyboardModifiers modifiers) {
     if (ids.isEmpty()) return;
     // Ctrl moves only the keyboard's place; Ctrl+Space then adds or removes the note there.
     const qsizetype at = currentIndex().isValid() ? currentIndex().row() : -1;
-    const qsizetype target = at < 0 ? (delta > 0 ? 0 : ids.size() - 1) : std::clamp<qsizetype>(at + delta, 0, ids.size() - 1);
+    qsizetype target = at < 0 ? (delta > 0 ? 0 : ids.size() - 1) : std::clamp<qsizetype>(at + delta, 0, ids.size() - 1);
+    // With nothing chosen yet, the first arrow chooses the row the keyboard is on.
+    if (at >= 0 && !_library.selection().primary) target = at;
     if (modifiers.testFlag(Qt::ControlModifier)) {
         setCurrentIndex(model()->index(int(target), 0));
         return;
