@@ -60,7 +60,10 @@ const QCollatorSortKey& NoteFactsCache::titleKey(const Note& note) {
     if (!found.titleKey) {
         // The comparison people expect from a file manager: case-blind, numbers by value.
         static const QCollator collator = [] {
-            QCollator made;
+            // The C locale collates by code point; people sorting titles expect a language's order.
+            QLocale locale;
+            if (locale.language() == QLocale::C) locale = QLocale(QLocale::English);
+            QCollator made(locale);
             made.setCaseSensitivity(Qt::CaseInsensitive);
             made.setNumericMode(true);
             return made;

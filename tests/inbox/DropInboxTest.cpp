@@ -2,7 +2,9 @@
 #include "inbox/DropInbox.h"
 
 #include "base/Defaults.h"
+#include "base/Error.h"
 #include "notes/InMemoryNotePersistence.h"
+#include "notes/UnavailableNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
 
@@ -165,7 +167,7 @@ TEST(DropInbox, NotesArrivingWhileAwayMakeTheDigest) {
 }
 
 TEST(DropInbox, AStoreThatCouldNotLoadReceivesNothing) {
-    auto broken = std::make_shared<UnavailableNotePersistence>(QStringLiteral("The store could not be opened."));
+    auto broken = std::make_shared<UnavailableNotePersistence>(Error(QStringLiteral("The store could not be opened.")));
     NoteStore store(broken);
     DropInbox inbox(store, std::make_shared<InMemoryUnreadDropStore>());
     EXPECT_FALSE(inbox.receive(makeDrop(1), scout(), now).has_value());

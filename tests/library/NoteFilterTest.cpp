@@ -3,7 +3,6 @@
 
 #include "support/Printers.h"
 
-#include <QTimeZone>
 #include <gtest/gtest.h>
 
 using namespace vuro;
@@ -51,8 +50,8 @@ TEST(NoteFilterParse, ReadsPhrasesTagsExclusionsAndWords) {
     }
 }
 
-// A fixed noon in a fixed zone keeps "today" away from midnight.
-const QDateTime now(QDate(2026, 6, 15), QTime(12, 0), QTimeZone("Europe/Istanbul"));
+// A fixed local noon keeps "today", a local calendar day, away from midnight.
+const QDateTime now(QDate(2026, 6, 15), QTime(12, 0));
 
 Note makeNote(const char* id, const char* title, const char* body, qint64 secondsAgo) {
     Note note;
@@ -149,7 +148,7 @@ TEST(NoteFilterMatches, SectionFiltersAndSearchTogether) {
 }
 
 TEST(NoteFilterMatches, TodayIsTheCalendarDayNotTwentyFourHours) {
-    const QDateTime lateEvening(QDate(2026, 6, 15), QTime(23, 59), QTimeZone("Europe/Istanbul"));
+    const QDateTime lateEvening(QDate(2026, 6, 15), QTime(23, 59));
     Note note = makeNote("n", "t", "b", 0);
     const NoteFilter today = withPeriod(NoteFilter::Period::today);
     note.modified = lateEvening.addSecs(-23 * 3600 - 58 * 60);  // 00:01 the same day
@@ -205,7 +204,7 @@ TEST(NoteFilterSorted, StableByEachKey) {
         {NoteFilter::Sort::shelf, list({"b", "c", "d", "e", "a", "f"})},
         {NoteFilter::Sort::title, list({"b", "e", "a", "f", "d", "c"})},
     };
-    for (const auto& c : cases) EXPECT_EQ(ids(NoteFilter::sorted(notes, c.sort)), c.expected) << int(c.sort);
+    for (const auto& row : cases) EXPECT_EQ(ids(NoteFilter::sorted(notes, row.sort)), row.expected) << int(row.sort);
     EXPECT_TRUE(NoteFilter::sorted({}, NoteFilter::Sort::title).isEmpty());
 }
 
