@@ -31,7 +31,7 @@ NoteFacts NoteFacts::of(const Note& note) {
         facts.hasTasks = true;
         if (task.isDone) continue;
         facts.hasOpenTasks = true;
-        if (TaskDue::parse(task.text)) facts.hasDueTasks = true;
+        if (task.text.contains(QStringLiteral("📅"))) facts.hasDueTasks = true;
     }
     facts.hasImages = !NoteTokens::imageTokens(note.body).isEmpty();
     facts.hasFiles = !NoteTokens::fileTokens(note.body).isEmpty();

@@ -116,7 +116,8 @@ TEST(NotesWindow, SearchNarrowsTheListAndShowsTheNote) {
 
     // Typing in the editor goes to the store.
     f.window->editor()->moveCursor(QTextCursor::End);
-    QTest::keyClicks(f.window->editor(), QStringLiteral("\nnew line"));
+    QTest::keyClick(f.window->editor(), Qt::Key_Return);
+    QTest::keyClicks(f.window->editor(), QStringLiteral("new line"));
     EXPECT_TRUE(f.store.note(f.library().selectedIDs().first())->body.endsWith(QStringLiteral("new line")));
 
     f.window->searchLine()->clear();
@@ -141,7 +142,7 @@ TEST(NotesWindow, BulkSelectionArchivesTagsAndDeletesWithUndo) {
     QTest::qWait(50);
     EXPECT_EQ(f.library().shown().size(), 6);
     screenshot(*f.window, QStringLiteral("notes-deleted-undo"));
-    QTest::keyClick(f.window, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(f.window.get(), Qt::Key_Z, Qt::ControlModifier);
     QTest::qWait(50);
     EXPECT_EQ(f.library().shown().size(), 11);
 

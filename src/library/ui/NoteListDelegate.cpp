@@ -19,7 +19,12 @@ QString NoteListDelegate::dateText(const QDateTime& date, const QDateTime& now) 
     const QLocale locale;
     const QDate day = date.toLocalTime().date();
     const qint64 days = day.daysTo(now.toLocalTime().date());
-    if (days == 0) return locale.toString(date.toLocalTime().time(), QLocale::ShortFormat);
+    if (days == 0) {
+        // The C locale's short time carries seconds; a list wants hours and minutes.
+        const QTime time = date.toLocalTime().time();
+        return locale.language() == QLocale::C ? time.toString(QStringLiteral("HH:mm"))
+                                               : locale.toString(time, QLocale::ShortFormat);
+    }
     if (days == 1) return QApplication::translate("NoteList", "Yesterday");
     if (days > 1 && days < 7) return locale.dayName(day.dayOfWeek(), QLocale::LongFormat);
     return locale.toString(day, QLocale::ShortFormat);
