@@ -63,6 +63,7 @@ void warmSearch(benchmark::State& state, const QString& query, NoteFilter::Sort 
     int found = 0;
     for (auto _ : state) benchmark::DoNotOptimize(found = searchOnce(notes, cache, query, sort));
     state.counters["found"] = found;
+    state.counters["notes"] = double(notes.size());
 }
 
 void BM_EmptySearchByEdit(benchmark::State& state) { warmSearch(state, {}, NoteFilter::Sort::edited); }

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "library/NoteFilter.h"
 #include "notes/NoteTokens.h"
+#include "notes/TaskDue.h"
 #include "notes/TaskLine.h"
 
 #include <QCollator>
@@ -31,7 +32,7 @@ NoteFacts NoteFacts::of(const Note& note) {
         facts.hasTasks = true;
         if (task.isDone) continue;
         facts.hasOpenTasks = true;
-        if (task.text.contains(QStringLiteral("📅"))) facts.hasDueTasks = true;
+        if (TaskDue::parse(task.text)) facts.hasDueTasks = true;
     }
     facts.hasImages = !NoteTokens::imageTokens(note.body).isEmpty();
     facts.hasFiles = !NoteTokens::fileTokens(note.body).isEmpty();

@@ -4,11 +4,14 @@
 #include "library/LibraryModel.h"
 #include "library/ui/NoteListView.h"
 #include "library/ui/NotesSidebar.h"
+#include "library/ui/TaskBoardView.h"
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
 
+#include <QCheckBox>
 #include <QDir>
+#include <QTreeWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -171,6 +174,48 @@ TEST(NotesWindow, SidebarSectionsAndKeyboard) {
     QTest::qWait(50);
     EXPECT_EQ(f.library().section(), NotesSection::agents());
     screenshot(*f.window, QStringLiteral("notes-from-agents"));
+}
+
+QStringList boardRows(QTreeWidget* tree) {
+    QStringList rows;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* heading = tree->topLevelItem(i);
+        rows.append(heading->text(0));
+        for (int j = 0; j < heading->childCount(); ++j) rows.append(QStringLiteral("  ") + heading->child(j)->text(0));
+    }
+    return rows;
+}
+
+TEST(NotesWindow, TasksSectionShowsTheBoardAndTicksThroughTheStore) {
+    Fixture f;
+    QTest::keyClick(f.window.get(), Qt::Key_2, Qt::ControlModifier);
+    QTest::qWait(50);
+    QTreeWidget* tree = f.window->taskBoard()->tree();
+    ASSERT_TRUE(tree->isVisible());
+    EXPECT_EQ(boardRows(tree), (QStringList{"Overdue", "  book the hotel", "Today", "  call the garage", "Tomorrow",
+                                            "  draft the plan", "Next 7 Days", "  compare insurance", "  plan next week",
+                                            "No Date", "  review with Deniz", "  oat milk", "  bread", "  lemons",
+                                            "  inbox zero"}));
+    screenshot(*f.window, QStringLiteral("notes-tasks"));
+
+    // Space on a task ticks it in its note.
+    QTreeWidgetItem* garage = tree->topLevelItem(1)->child(0);
+    tree->setFocus();
+    tree->setCurrentItem(garage);
+    QTest::keyClick(tree, Qt::Key_Space);
+    QTest::qWait(50);
+    const auto car = std::find_if(f.store.notes().cbegin(), f.store.notes().cend(),
+                                  [](const Note& note) { return note.title == QStringLiteral("Car service"); });
+    ASSERT_NE(car, f.store.notes().cend());
+    EXPECT_TRUE(car->body.contains(QStringLiteral("- [x] call the garage")));
+    EXPECT_FALSE(boardRows(tree).contains(QStringLiteral("  call the garage")));
+
+    f.window->taskBoard()->showDone()->setChecked(true);
+    QTest::qWait(50);
+    const QStringList withDone = boardRows(tree);
+    ASSERT_TRUE(withDone.contains(QStringLiteral("Done")));
+    EXPECT_TRUE(withDone.contains(QStringLiteral("  call the garage")));
+    EXPECT_TRUE(withDone.contains(QStringLiteral("  coffee beans")));
 }
 
 }  // namespace

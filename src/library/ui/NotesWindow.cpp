@@ -5,6 +5,7 @@
 #include "library/ui/NoteListView.h"
 #include "library/ui/NotePalette.h"
 #include "library/ui/NotesSidebar.h"
+#include "library/ui/TaskBoardView.h"
 #include "notes/NoteStore.h"
 
 #include <QCloseEvent>
@@ -74,6 +75,9 @@ NotesWindow::NotesWindow(NoteStore& store, QWidget* parent)
     _center = new QStackedWidget(this);
     _center->addWidget(_list);
     _center->addWidget(_empty);
+    _taskBoard = new TaskBoardView(*_library, this);
+    _center->addWidget(_taskBoard);
+    connect(_taskBoard, &TaskBoardView::openNote, this, [this](const QString& id) { _library->click(id); });
     connect(_list, &NoteListView::deleteRequested, this, &NotesWindow::deleteSelection);
     connect(_list, &NoteListView::openRequested, this, [this] { _editor->setFocus(); });
 
@@ -249,7 +253,9 @@ void NotesWindow::showPrimary() {
 void NotesWindow::update() {
     const QList<Note>& shown = _library->shown();
     const bool archive = _library->section().kind == NotesSection::Kind::archive;
-    if (shown.isEmpty()) {
+    if (_library->section().kind == NotesSection::Kind::tasks) {
+        _center->setCurrentWidget(_taskBoard);
+    } else if (shown.isEmpty()) {
         _empty->setText(_library->query().isEmpty() ? (archive ? tr("Nothing archived") : tr("No notes here"))
                                                      : tr("No notes match “%1”").arg(_library->query()));
         _center->setCurrentWidget(_empty);

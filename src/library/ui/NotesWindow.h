@@ -17,6 +17,7 @@ class NoteFilterBar;
 class NoteListView;
 class NoteStore;
 class NotesSidebar;
+class TaskBoardView;
 
 // The Notes window: sections on the left, the search line, filters and the list in the middle
 // (or the task board in the Tasks section), the selected note on the right. Acts on a selection
@@ -36,6 +37,7 @@ public:
     NoteListView* list() const { return _list; }
     NotesSidebar* sidebar() const { return _sidebar; }
     QPlainTextEdit* editor() const { return _editor; }
+    TaskBoardView* taskBoard() const { return _taskBoard; }
 
     void archiveSelection();
     void unarchiveSelection();
@@ -73,6 +75,7 @@ private:
     QTimer _undoHide;
     QStackedWidget* _center;
     NoteListView* _list;
+    TaskBoardView* _taskBoard;
     QLabel* _empty;
     QLineEdit* _title;
     QPlainTextEdit* _editor;
