@@ -61,7 +61,10 @@ void warmSearch(benchmark::State& state, const QString& query, NoteFilter::Sort 
     NoteFactsCache cache;
     searchOnce(notes, cache, {}, NoteFilter::Sort::title);
     int found = 0;
-    for (auto _ : state) benchmark::DoNotOptimize(found = searchOnce(notes, cache, query, sort));
+    for (auto _ : state) {
+        found = searchOnce(notes, cache, query, sort);
+        benchmark::DoNotOptimize(found);
+    }
     state.counters["found"] = found;
     state.counters["notes"] = double(notes.size());
 }
