@@ -4,10 +4,21 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
 namespace vuro {
+namespace {
+QStringList processArguments() {
+    QFile file(QStringLiteral("/proc/self/cmdline"));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    QStringList arguments;
+    for (const QByteArray& argument : file.readAll().split('\0')) arguments.append(QString::fromLocal8Bit(argument));
+    if (!arguments.isEmpty() && arguments.last().isEmpty()) arguments.removeLast();
+    return arguments;
+}
+}  // namespace
 
 Defaults::Defaults(const QString& filePath, const QStringList& arguments, QObject* parent)
     : QObject(parent), _settings(std::make_unique<QSettings>(filePath, QSettings::IniFormat)),
@@ -15,7 +26,8 @@ Defaults::Defaults(const QString& filePath, const QStringList& arguments, QObjec
 
 Defaults& Defaults::standard() {
     static Defaults* instance = [] {
-        const QStringList arguments = QCoreApplication::instance() ? QCoreApplication::arguments() : QStringList{};
+        // The process entry reads defaults before the application object exists.
+        const QStringList arguments = QCoreApplication::instance() ? QCoreApplication::arguments() : processArguments();
         if (isRunningTests()) {
             static QTemporaryDir folder;
             return new Defaults(folder.filePath(QStringLiteral("Vuro.conf")), arguments);

@@ -1,5 +1,6 @@
 #include "notes/EmptyNoteSweeper.h"
 
+#include "app/AppEnvironment.h"
 #include "notes/NoteStore.h"
 
 #include <QTimer>
@@ -8,6 +9,14 @@ namespace vuro {
 
 EmptyNoteSweeper::EmptyNoteSweeper(std::function<NoteStore*()> storeLookup, QObject* parent)
     : QObject(parent), store(std::move(storeLookup)) {}
+
+EmptyNoteSweeper& EmptyNoteSweeper::shared() {
+    static EmptyNoteSweeper sweeper([]() -> NoteStore* {
+        AppEnvironment* environment = AppEnvironment::current();
+        return environment ? &environment->notes() : nullptr;
+    });
+    return sweeper;
+}
 
 void EmptyNoteSweeper::open(const QString& id) { ++openCounts[id]; }
 

@@ -19,6 +19,9 @@ class EmptyNoteSweeper : public QObject {
 public:
     explicit EmptyNoteSweeper(std::function<NoteStore*()> store, QObject* parent = nullptr);
 
+    // The process's sweeper, on the store of the current environment.
+    static EmptyNoteSweeper& shared();
+
     // The store to sweep, looked up when the delay ends (it may not exist yet, or any more).
     std::function<NoteStore*()> store;
     // True while something (an attachment being written) still works on the note.

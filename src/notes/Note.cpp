@@ -3,6 +3,8 @@
 #include "base/Json.h"
 #include "base/Text.h"
 #include "notes/InlineMarkdown.h"
+#include "notes/NoteTokens.h"
+#include "notes/TaskLine.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -23,10 +25,22 @@ bool needsMarkdown(const QString& line) {
     return false;
 }
 
-QString titleOfLine(QString line) {
+// Image tokens go, file tokens become "📎 name"; walked from the end so ranges stay valid.
+QString withoutTokens(QString line) {
+    QList<std::pair<qsizetype, qsizetype>> images;
+    for (const ImageToken& token : NoteTokens::imageTokens(line)) images.append({token.start, token.length});
+    for (auto it = images.crbegin(); it != images.crend(); ++it) line.remove(it->first, it->second);
+    const QList<FileToken> files = NoteTokens::fileTokens(line);
+    for (auto it = files.crbegin(); it != files.crend(); ++it)
+        line.replace(it->start, it->length, QStringLiteral("📎 ") + it->name);
+    return line;
+}
+
+QString titleOfLine(const QString& typed) {
     static const QRegularExpression headingMark(QStringLiteral("^#{1,6}\\s*"));
-    line = Text::trimmed(line);
+    QString line = Text::trimmed(withoutTokens(typed));
     line.remove(headingMark);
+    if (const auto task = TaskLine::parse(line)) line = task->text;
     if (needsMarkdown(line)) line = InlineMarkdown::plainText(line).value_or(line);
     return Text::trimmed(line);
 }

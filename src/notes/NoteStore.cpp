@@ -3,7 +3,10 @@
 #include "base/Clock.h"
 #include "base/Error.h"
 #include "base/Ids.h"
+#include "base/Log.h"
 #include "base/Text.h"
+#include "notes/NoteTokens.h"
+#include "notes/TaskLine.h"
 
 #include <QCollator>
 #include <algorithm>
@@ -22,6 +25,21 @@ std::optional<QString> attempt(Call&& call) {
     } catch (const std::exception& error) {
         return QString::fromUtf8(error.what());
     }
+}
+
+using IDsOfBody = QSet<QString> (*)(const QString&);
+
+// Deletes the given stored ids; a failure costs only disk space, so it is logged and left.
+void deleteStored(NoteImageFiles& files, const QSet<QString>& ids) {
+    if (ids.isEmpty()) return;
+    if (const auto failure = attempt([&] { files.deleteIDs(QStringList(ids.cbegin(), ids.cend())); }))
+        log(QStringLiteral("could not remove unused files: ") + *failure);
+}
+
+QSet<QString> referencedIDs(const QList<Note>& notes, IDsOfBody idsOf) {
+    QSet<QString> ids;
+    for (const Note& n : notes) ids.unite(idsOf(n.body));
+    return ids;
 }
 
 bool sameTag(const QString& a, const QString& b) { return Text::fold(a) == Text::fold(b); }
@@ -67,6 +85,26 @@ NoteStore::NoteStore(std::shared_ptr<NotePersistence> persistence, std::chrono::
     if (failure) {
         _isWritable = false;
         _lastError = failure;
+        return;
+    }
+    sweepOrphans();
+}
+
+void NoteStore::sweepOrphans() {
+    const std::pair<NoteImageFiles*, IDsOfBody> stores[] = {{_images.get(), &NoteTokens::imageIDs},
+                                                            {_files.get(), &NoteTokens::fileIDs}};
+    for (const auto& [files, idsOf] : stores) {
+        if (!files) continue;
+        QStringList stored;
+        if (const auto failure = attempt([&] { stored = files->allIDs(); })) {
+            log(QStringLiteral("could not list stored files: ") + *failure);
+            continue;
+        }
+        const QSet<QString> referenced = referencedIDs(_notes, idsOf);
+        QSet<QString> orphans;
+        for (const QString& id : stored)
+            if (!referenced.contains(id)) orphans.insert(id);
+        deleteStored(*files, orphans);
     }
 }
 
@@ -351,8 +389,16 @@ void NoteStore::remove(const QString& id) {
 }
 
 void NoteStore::purgePending() {
-    // Sealed images and files of the pending note are dropped here once the note-token
-    // grammar lands; until then nothing is deleted, so nothing is lost.
+    if (!_pendingUndo) return;
+    const std::pair<NoteImageFiles*, IDsOfBody> stores[] = {{_images.get(), &NoteTokens::imageIDs},
+                                                            {_files.get(), &NoteTokens::fileIDs}};
+    for (const auto& [files, idsOf] : stores) {
+        if (!files) continue;
+        QSet<QString> unused = idsOf(_pendingUndo->note.body);
+        if (unused.isEmpty()) continue;
+        unused.subtract(referencedIDs(_notes, idsOf));
+        deleteStored(*files, unused);
+    }
 }
 
 void NoteStore::undoDelete() {
@@ -379,6 +425,12 @@ bool NoteStore::discardIfEmpty(const QString& id) {
     removeNoteAt(index);
     Q_EMIT notesChanged();
     return true;
+}
+
+void NoteStore::setTaskDone(bool done, int index, const QString& id) {
+    const auto current = note(id);
+    if (!_isWritable || !current) return;
+    setBody(id, TaskLine::setDone(done, index, current->body), false, true);
 }
 
 int NoteStore::sweepEmptyNotes() {

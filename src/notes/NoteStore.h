@@ -59,6 +59,8 @@ public:
     void remove(const QString& id);  // the undoable deletion
     void undoDelete();
     bool discardIfEmpty(const QString& id);
+    // Ticks or unticks the index-th task line of the note; written at once when the body changed.
+    void setTaskDone(bool done, int index, const QString& id);
     int importNotes(QList<Note> incoming);
     int sweepEmptyNotes();
     bool flush();
@@ -103,6 +105,7 @@ private:
     std::optional<NoteFolder> folderNamed(const QString& name) const;
     void editNotes(const std::function<bool(Note&)>& edit);  // touched and written at once
     void sortFolders();
+    void sweepOrphans();
 
     QList<Note> _notes;
     // Where each id sits in _notes: a keystroke must not scan ten thousand notes. Rebuilt lazily

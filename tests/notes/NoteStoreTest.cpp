@@ -397,3 +397,82 @@ TEST_F(StoreTest, FoldersRenameMergeAndDelete) {
     EXPECT_FALSE(disk->rows["A"].folderID);
     EXPECT_FALSE(disk->rows["B"].folderID);
 }
+
+namespace {
+
+// Sealed files seen through the interface the store uses: ids in a set, deletions recorded.
+struct StoredFiles : NoteImageFiles {
+    QSet<QString> ids;
+    QList<QStringList> deletions;
+    QStringList allIDs() const override { return QStringList(ids.cbegin(), ids.cend()); }
+    void deleteIDs(const QStringList& gone) override {
+        QStringList sorted = gone;
+        sorted.sort();
+        deletions << sorted;
+        for (const QString& id : gone) ids.remove(id);
+    }
+};
+
+}  // namespace
+
+TEST_F(StoreTest, UnreferencedImagesAndFilesGoAtOpening) {
+    stored("A");
+    disk->rows["A"].body = QStringLiteral("![image](vuro-img://IMG1) [a.pdf](vuro-file://F1)");
+    stored("ARCHIVED", 0, true);
+    disk->rows["ARCHIVED"].body = QStringLiteral("![image|40](vuro-img://IMG2)");
+    auto images = std::make_shared<StoredFiles>();
+    images->ids = {"IMG1", "IMG2", "IMG3", "IMG4"};
+    auto files = std::make_shared<StoredFiles>();
+    files->ids = {"F1"};
+    store = std::make_unique<NoteStore>(disk, 40ms, 10s, images, files);
+    EXPECT_EQ(images->deletions, (QList<QStringList>{{"IMG3", "IMG4"}})) << "one call, archived notes count";
+    EXPECT_TRUE(files->deletions.isEmpty()) << "nothing to delete, no call";
+
+    auto unreadable = std::make_shared<UnavailableNotePersistence>(Error(QStringLiteral("locked")));
+    NoteStore readOnly(unreadable, 40ms, 10s, images, files);
+    EXPECT_EQ(images->deletions.size(), 1) << "a store that didn't load must not judge what is unused";
+}
+
+TEST_F(StoreTest, ImagesOfADeletedNoteWaitForTheUndoWindow) {
+    stored("SHARED");
+    disk->rows["SHARED"].body = QStringLiteral("![image](vuro-img://COMMON)");
+    stored("A");
+    disk->rows["A"].body = QStringLiteral("![image](vuro-img://COMMON) ![image](vuro-img://ONLY-A) [f](vuro-file://FA)");
+    stored("B");
+    disk->rows["B"].body = QStringLiteral("![image](vuro-img://ONLY-B)");
+    auto images = std::make_shared<StoredFiles>();
+    images->ids = {"COMMON", "ONLY-A", "ONLY-B"};
+    auto files = std::make_shared<StoredFiles>();
+    files->ids = {"FA"};
+    store = std::make_unique<NoteStore>(disk, 40ms, 150ms, images, files);
+    NoteStore& notes = *store;
+
+    notes.remove("A");
+    EXPECT_TRUE(images->deletions.isEmpty()) << "kept while the deletion can be undone";
+    notes.undoDelete();
+    QTest::qWait(250);
+    EXPECT_TRUE(images->deletions.isEmpty()) << "an undo keeps them";
+
+    notes.remove("A");
+    notes.remove("B");  // A is final now
+    EXPECT_EQ(images->deletions, (QList<QStringList>{{"ONLY-A"}})) << "COMMON is still used by SHARED";
+    EXPECT_EQ(files->deletions, (QList<QStringList>{{"FA"}}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !notes.pendingUndo(); }, 3000));
+    EXPECT_EQ(images->deletions, (QList<QStringList>{{"ONLY-A"}, {"ONLY-B"}}));
+    EXPECT_EQ(images->ids, QSet<QString>{"COMMON"});
+}
+
+TEST_F(StoreTest, TickingATaskWritesAtOnce) {
+    stored("A");
+    disk->rows["A"].body = QStringLiteral("- [ ] one\n+ [ ] two\nplain");
+    NoteStore& notes = open(10s);
+    clock.advance(2000);
+    notes.setTaskDone(true, 1, "A");
+    EXPECT_EQ(disk->rows["A"].body, QStringLiteral("- [ ] one\n+ [x] two\nplain"));
+    EXPECT_EQ(disk->rows["A"].modified, start.addSecs(2));
+    EXPECT_TRUE(notes.unsavedIDs().isEmpty());
+    const int writes = disk->writeCount;
+    notes.setTaskDone(true, 1, "A");  // already done
+    notes.setTaskDone(true, 7, "A");  // no such task
+    EXPECT_EQ(disk->writeCount, writes);
+}

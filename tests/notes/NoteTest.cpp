@@ -106,6 +106,7 @@ TEST(Note, EmptinessAndDisplayTitle) {
         {"  Plan  ", "body", false, "Plan"},
         {"   ", "# \nSecond line", false, "Second line"},
         {"", "\n\n## Weekly *review*\nrest", false, "Weekly review"},
+        {"", "![image](vuro-img://A1)", false, "Empty note"},
     };
     for (const auto& c : cases) {
         Note note;
@@ -137,6 +138,15 @@ TEST(Note, DerivedTitleStripsHeadingsAndInlineMarkdown) {
         {"a\\*b", "a*b"},
         {"spaces   inside *kept*", "spaces   inside kept"},
         {"_leading emphasis_", "leading emphasis"},
+        {"![image](vuro-img://A1)\n![image|120](vuro-img://B-2) ", ""},
+        {"![image](vuro-img://A1) Trip ![image](vuro-img://B2)", "Trip"},
+        {"[report.pdf](vuro-file://F1) and [](vuro-file://F2)", "📎 report.pdf and 📎"},
+        {"![image](other://A1)", "image"},  // no token: plain Markdown, its alt text stays
+        {"- [ ] buy **milk**", "buy milk"},
+        {"  * [x] done", "done"},
+        {"☐ glyph task", "glyph task"},
+        {"- [ ] \nNext", "Next"},
+        {"## - [ ] heading task", "heading task"},
         {sixty, sixty},
         {sixty + "b", sixty + "…"},
         {QString(59, 'x') + "👨‍👩‍👧z", QString(59, 'x') + "👨‍👩‍👧…"},

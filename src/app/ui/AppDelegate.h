@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/AppEnvironment.h"
+
+#include <QObject>
+#include <functional>
+#include <memory>
+
+namespace vuro {
+
+class MenuBarController;
+
+// Starts and stops the running application around one AppEnvironment, which it builds when it
+// is created. The controllers it starts stay empty until launch has finished and are never
+// cleared. Quitting goes through requestQuit(), which writes every unsaved note first and asks
+// the user when some could not be written. Main thread only; in a test host launching does
+// nothing and a reopen opens no window.
+class AppDelegate : public QObject {
+    Q_OBJECT
+public:
+    explicit AppDelegate(QObject* parent = nullptr);
+    explicit AppDelegate(std::unique_ptr<AppEnvironment> environment, QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    AppEnvironment& environment() const { return *_environment; }
+    MenuBarController* menuBar() const { return _menuBar.get(); }
+
+    void applicationDidFinishLaunching();
+    // A second start asked this copy to come forward.
+    void handleReopen();
+    // Flushes the store; true when the process may end now, after asking the user if notes
+    // stayed unsaved.
+    bool applicationShouldTerminate();
+    // The quit path of the menu, the relaunch and the termination signals.
+    void requestQuit();
+    // The same without a question: for a session that ends, where nobody can answer.
+    void terminateNow();
+
+    // Asks whether to quit with unsaved notes; the modal dialog unless a test replaces it.
+    std::function<bool(const QString& lastError)> confirmQuit;
+
+Q_SIGNALS:
+    // The Notes window on its All Notes section.
+    void notesWindowRequested();
+    // A note to show for editing (a new note from the menu).
+    void noteOpenRequested(const QString& id);
+    // Last call before the event loop ends: global shortcuts let go here.
+    void applicationWillTerminate();
+
+private:
+    std::unique_ptr<AppEnvironment> _environment;
+    std::unique_ptr<MenuBarController> _menuBar;
+};
+
+}  // namespace vuro

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+
+class QMenu;
+class QSystemTrayIcon;
+
+namespace vuro {
+
+// The tray icon and its menu: New Note, Notes…, Quit. On a desktop without a tray the program
+// keeps running without it; a second start then brings it forward. Main thread only.
+class MenuBarController : public QObject {
+    Q_OBJECT
+public:
+    explicit MenuBarController(QObject* parent = nullptr);
+    ~MenuBarController() override;
+
+    // Shows the icon; false when this desktop has no tray.
+    bool start();
+    // Opens the menu at the icon, as a click on it would.
+    void show();
+
+    QMenu* menu() const { return _menu; }
+    bool hasTrayIcon() const { return _tray != nullptr; }
+
+Q_SIGNALS:
+    void newNoteRequested();
+    void notesRequested();
+    void quitRequested();
+
+private:
+    QMenu* _menu;
+    QSystemTrayIcon* _tray = nullptr;
+};
+
+}  // namespace vuro
