@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "notes/NotePersistence.h"
 #include "shelf/DeckController.h"
 #include "shelf/DeckHost.h"
 #include "shelf/DeckPanelPort.h"
@@ -115,18 +114,6 @@ public:
 
 private:
     ManualTime& _time;
-};
-
-// Keeps rows in memory, for a real NoteStore in tests of its users.
-class MemoryPersistence final : public NotePersistence {
-public:
-    QHash<QString, Note> rows;
-    QList<Note> loadNotes() override { return rows.values(); }
-    void save(const Note& note) override { rows.insert(note.id, note); }
-    void remove(const QString& id) override { rows.remove(id); }
-    QList<NoteFolder> loadFolders() override { return {}; }
-    void saveFolder(const NoteFolder&) override {}
-    void deleteFolder(const QString&) override {}
 };
 
 }  // namespace vuro::testing

@@ -4,6 +4,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -110,6 +111,7 @@ void NoteEditor::updateStyleInputs() {
 void NoteEditor::fullPass() { _coordinator.applyFull(); }
 
 void NoteEditor::commit() {
+    if (_inHistory) return;
     const QString stored = storedText();
     if (stored == _committed) return;
     const QString old = _committed;
@@ -336,6 +338,20 @@ void NoteEditor::mousePressEvent(QMouseEvent* event) {
 void NoteEditor::focusOutEvent(QFocusEvent* event) {
     commit();
     QPlainTextEdit::focusOutEvent(event);
+}
+
+void NoteEditor::keyPressEvent(QKeyEvent* event) {
+    const bool history = event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo);
+    if (!history) {
+        QPlainTextEdit::keyPressEvent(event);
+        return;
+    }
+    // What undo or redo brings back counts as committed: a date mark the user took back by
+    // undoing must not come again when the caret leaves the line.
+    _inHistory = true;
+    QPlainTextEdit::keyPressEvent(event);
+    _inHistory = false;
+    _committed = storedText();
 }
 
 void NoteEditor::inputMethodEvent(QInputMethodEvent* event) {

@@ -46,6 +46,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
@@ -73,6 +74,7 @@ private:
     QString _committed;  // stored text at the last commit
     int _caretBlock = 0;
     bool _loading = false;
+    bool _inHistory = false;
 };
 
 }  // namespace vuro
