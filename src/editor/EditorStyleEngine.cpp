@@ -1,6 +1,7 @@
 #include "editor/EditorStyleEngine.h"
 
 #include "editor/EditorEditAccumulator.h"
+#include "notes/NoteTokens.h"
 
 #include <QRegularExpression>
 #include <QUrl>
@@ -24,8 +25,6 @@ struct Patterns {
     QRegularExpression strike = lines("~~(?=\\S)(.+?)~~");
     QRegularExpression quote = lines("^(>[ \\t]?)(.*)$");
     QRegularExpression bullet = lines("^[ \\t]*([-*+])[ \\t]+");
-    QRegularExpression imageToken = lines("!\\[image(?:\\|([0-9]+(?:\\.[0-9]+)?))?\\]\\(vuro-img://([A-Za-z0-9-]+)\\)");
-    QRegularExpression fileToken = lines("\\[([^\\]\\n]*)\\]\\(vuro-file://([A-Za-z0-9-]{1,64})\\)");
 };
 
 const Patterns& patterns() {
@@ -74,10 +73,8 @@ void each(const QRegularExpression& expression, const QString& text, Apply apply
 void styleTokens(const QString& text, Builder& out) {
     if (!text.contains(QLatin1String("vuro-img://")) && !text.contains(QLatin1String("vuro-file://"))) return;
     QList<EditorRange> tokens;
-    for (const auto* expression : {&patterns().imageToken, &patterns().fileToken})
-        each(*expression, text, [&](const QRegularExpressionMatch& m) {
-            tokens.append({m.capturedStart(0), m.capturedLength(0)});
-        });
+    for (const ImageToken& token : NoteTokens::imageTokens(text)) tokens.append({token.start, token.length});
+    for (const FileToken& token : NoteTokens::fileTokens(text)) tokens.append({token.start, token.length});
     for (const EditorRange& token : EditorEditAccumulator::normalize(tokens, text.size())) {
         out.span(token.location, token.length, EditorSpanRole::embed);
         out.span(token.location, 1, EditorSpanRole::embedHead);

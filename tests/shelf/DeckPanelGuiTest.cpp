@@ -1,0 +1,117 @@
+#include "base/Defaults.h"
+#include "editor/ui/NoteEditor.h"
+#include "notes/InMemoryNotePersistence.h"
+#include "notes/NoteStore.h"
+#include "shelf/DeckLayout.h"
+#include "shelf/DeckManager.h"
+#include "shelf/ui/DeckPanel.h"
+#include "shelf/ui/QtDeckHost.h"
+#include "support/Printers.h"
+
+#include <QCursor>
+#include <QDir>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QScreen>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace vuro;
+
+namespace {
+
+void saveShot(QWidget& widget, const QString& name) {
+    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
+    QDir().mkpath(folder);
+    ASSERT_TRUE(widget.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
+}
+
+class Shelf : public testing::Test {
+protected:
+    void SetUp() override {
+        QCursor::setPos(100, 100);  // away from the right edge
+        const char* bodies[] = {
+            "# Groceries\n- [ ] milk\n- [ ] bread tomorrow\n- [x] eggs",
+            "Call the **plumber** about the `kitchen` tap",
+            "# Reading list\n> Slow is smooth\n- [ ] finish the *second* chapter",
+            "Ideas for the weekend",
+            "Meeting notes\n[agenda.pdf](vuro-file://F1)"};
+        for (const char* body : bodies) store.create({}, QString::fromUtf8(body));
+        manager.refreshScreens();
+        ASSERT_FALSE(manager.decks().empty());
+        deck = manager.decks().begin()->second.get();
+        panel = static_cast<DeckPanel*>(&deck->panel());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(panel));
+    }
+    QRect expectedFrame(const DeckState& state) {
+        return DeckLayout::panelFrame(state, deck->screen().visible, static_cast<int>(store.visibleNotes().size()),
+                                      deck->model().prefs());
+    }
+
+    std::shared_ptr<InMemoryNotePersistence> rows = std::make_shared<InMemoryNotePersistence>();
+    NoteStore store{rows};
+    QtDeckHost host{store};
+    DeckManager manager{host, store, Defaults::standard()};
+    DeckController* deck = nullptr;
+    DeckPanel* panel = nullptr;
+};
+
+TEST_F(Shelf, restFanAndExpandedAtTheScreenEdge) {
+    EXPECT_TRUE(deck->state().isRest());
+    EXPECT_EQ(panel->geometry(), expectedFrame(DeckState::rest()));
+    EXPECT_EQ(panel->geometry().right(), deck->screen().visible.right());
+    EXPECT_TRUE(panel->testAttribute(Qt::WA_X11NetWmWindowTypeDock));
+    saveShot(*panel, QStringLiteral("shelf-rest"));
+
+    deck->setState(DeckState::fan());
+    QTest::qWait(50);
+    EXPECT_EQ(panel->geometry(), expectedFrame(DeckState::fan()));
+    ASSERT_EQ(panel->list()->count(), 5);
+    EXPECT_EQ(panel->list()->item(0)->text(), QStringLiteral("Meeting notes"));
+    saveShot(*panel, QStringLiteral("shelf-fan"));
+
+    const QString id = store.visibleNotes()[4].id;
+    deck->expand(id);
+    QTest::qWait(80);
+    EXPECT_EQ(deck->model().state(), DeckState::expanded(id));
+    EXPECT_EQ(panel->editor()->storedText(), store.note(id)->body);
+    saveShot(*panel, QStringLiteral("shelf-expanded"));
+    deck->collapse();
+}
+
+TEST_F(Shelf, editsInTheOpenNoteReachTheStore) {
+    const QString id = store.visibleNotes()[2].id;
+    deck->expand(id);
+    QTest::qWait(80);
+    panel->editor()->moveCursor(QTextCursor::End);
+    QTest::keyClicks(panel->editor(), QStringLiteral(" soon"));
+    EXPECT_TRUE(store.note(id)->body.endsWith(QStringLiteral("second* chapter soon")));
+    deck->model().setFindQuery(QStringLiteral("chapter"));
+    EXPECT_EQ(panel->editor()->extraSelections().size(), 1);
+    deck->model().setFindQuery(std::nullopt);
+    EXPECT_TRUE(panel->editor()->extraSelections().isEmpty());
+    deck->collapse();
+}
+
+TEST_F(Shelf, draggingACardReordersTheNotes) {
+    deck->setState(DeckState::fan());
+    QTest::qWait(20);
+    const QString first = store.visibleNotes()[0].id;
+    ASSERT_TRUE(panel->list()->model()->moveRows(QModelIndex(), 0, 1, QModelIndex(), 3));
+    const QList<Note> visible = store.visibleNotes();
+    EXPECT_EQ(visible[2].id, first);
+    EXPECT_EQ(rows->rows.value(first).order, 2.0);
+    deck->returnToIdle();
+}
+
+TEST_F(Shelf, stripGrowsWithTheNotes) {
+    const int before = panel->height();
+    for (int i = 0; i < 12; ++i) store.create(QStringLiteral("more %1").arg(i));
+    // The window manager confirms each of the twelve resizes in turn.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return panel->geometry() == expectedFrame(DeckState::rest()); }, 3000))
+        << panel->height() << " " << expectedFrame(DeckState::rest()).height();
+    EXPECT_GT(panel->height(), before);
+    saveShot(*panel, QStringLiteral("shelf-rest-many"));
+}
+
+}  // namespace
