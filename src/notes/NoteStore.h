@@ -59,7 +59,6 @@ public:
     void remove(const QString& id);  // the undoable deletion
     void undoDelete();
     bool discardIfEmpty(const QString& id);
-    void setTaskDone(bool done, int lineIndex, const QString& id);
     int importNotes(QList<Note> incoming);
     int sweepEmptyNotes();
     bool flush();
@@ -79,6 +78,9 @@ public:
     std::chrono::milliseconds saveDelay() const { return _saveDelay; }
     std::chrono::milliseconds undoWindow() const { return _undoWindow; }
 
+    // Folders sort by name (localised comparison), then id.
+    static bool folderLessThan(const NoteFolder& a, const NoteFolder& b);
+
 Q_SIGNALS:
     void notesChanged();
     void foldersChanged();
@@ -89,15 +91,24 @@ Q_SIGNALS:
 private:
     bool mutate(const QString& id, bool debounced, bool touch, const std::function<bool(Note&)>& edit);
     void scheduleSave(const QString& id);
+    void cancelPendingSave(const QString& id);
     bool saveNow(const Note& note);
     void purgePending();
     void setLastError(std::optional<QString> error);
     void setUnsaved(const QString& id, bool unsaved);
     double topOrder() const;
-    Note* find(const QString& id);
-    void sweepOrphans();
+    qsizetype indexOf(const QString& id) const;
+    void appendNote(const Note& note);
+    void removeNoteAt(qsizetype index);
+    std::optional<NoteFolder> folderNamed(const QString& name) const;
+    void editNotes(const std::function<bool(Note&)>& edit);  // touched and written at once
+    void sortFolders();
 
     QList<Note> _notes;
+    // Where each id sits in _notes: a keystroke must not scan ten thousand notes. Rebuilt lazily
+    // after a removal shifts the positions.
+    mutable QHash<QString, qsizetype> _index;
+    mutable bool _indexValid = true;
     QList<NoteFolder> _folders;
     QSet<QString> _unsavedIDs;
     std::optional<QString> _lastError;
