@@ -126,7 +126,8 @@ LineHit locate(const QStringList& lines, const QString& piece) {
 QString withoutSentence(const QString& line, const QString& sentence) {
     MarkedLine parts = marked(line);
     QString content = parts.content;
-    content.replace(stripped(sentence), QString());
+    const QString words = stripped(sentence);
+    content.remove(content.indexOf(words), words.size());
     content.replace(QRegularExpression(QStringLiteral("[ \\t]{2,}")), QStringLiteral(" "));
     content = Text::trimmed(content);
     if (content.isEmpty() || content == QLatin1String(".")) return {};
@@ -758,14 +759,9 @@ AgentToolOutcome NoteToolbox::replaceLine(const QString& noteTitle, const QStrin
     const MarkedLine parts = marked(lines[hit.index]);
     const QString newWords = stripped(text);
     const QString oldWords = stripped(line);
+    // Only the words change: blanks around them and every other sentence of the line stay.
     QString content = parts.content;
-    if (hit.whole) {
-        // Keep the blanks the content had around it (a tab before a date mark, say).
-        const qsizetype start = content.indexOf(oldWords);
-        content.replace(start, oldWords.size(), newWords);
-    } else {
-        content.replace(oldWords, newWords);
-    }
+    content.replace(content.indexOf(oldWords), oldWords.size(), newWords);
     const QString newLine = parts.prefix + content + parts.suffix;
     if (newLine == lines[hit.index] || newWords.isEmpty())
         return {tr("The line already says that.", "Satır zaten böyle."), {}, {}};

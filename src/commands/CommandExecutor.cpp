@@ -109,7 +109,7 @@ CommandExecutor::Outcome completeTask(const QString& text, NoteStore& store, con
         }
     }
     if (!bestTask) return {words.noTask(text), {}, {}, {}};
-    store.setTaskDone(true, bestTask->lineIndex, bestNote->id);
+    store.setBody(bestNote->id, TaskLine::setDone(true, bestTask->lineIndex, bestNote->body), false);
     const auto taskParsed = TaskDue::parse(bestTask->text);
     return {words.completed(taskParsed ? taskParsed->text : bestTask->text), bestNote->id,
             CommandExecutor::Undo{CommandExecutor::Undo::RestoreBody{bestNote->id, bestNote->body}}, {}};
