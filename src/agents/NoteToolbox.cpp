@@ -2,6 +2,7 @@
 
 #include "agents/Agent.h"
 #include "agents/NoteTitleMatch.h"
+#include "agents/NoteTools.h"
 #include "base/Ids.h"
 #include "base/Text.h"
 #include "commands/CommandExecutor.h"
@@ -18,21 +19,8 @@
 namespace vuro {
 namespace {
 
-using Parameter = AgentToolSpec::Parameter;
-using Kind = Parameter::Kind;
-
 constexpr int quotedLineLimit = 359;
 constexpr int archiveLimit = 10;
-
-Parameter required(const char* name, const char* description) {
-    return {QString::fromUtf8(name), QString::fromUtf8(description), Kind::string(), true};
-}
-Parameter optional(const char* name, const char* description) {
-    return {QString::fromUtf8(name), QString::fromUtf8(description), Kind::string(), false};
-}
-AgentToolSpec tool(const char* name, const char* description, QList<Parameter> parameters, bool writes) {
-    return {QString::fromUtf8(name), QString::fromUtf8(description), std::move(parameters), writes, std::nullopt};
-}
 
 // Leading list, task, heading and quote marks of a line, and its trailing date mark.
 const QRegularExpression& leadingMarks() {
@@ -167,82 +155,7 @@ NoteToolbox::NoteToolbox(NoteStore& store, NoteAccess access, int outputLimit, s
     : _store(&store), _access(access), _outputLimit(outputLimit), _now(std::move(now)), _memory(std::move(memory)),
       _turkish(turkish) {}
 
-const QList<AgentToolSpec>& NoteToolbox::allTools() {
-    static const QList<AgentToolSpec> all = {
-        tool("list_notes",
-             "List all notes on the user's Shelf (the notes at the screen edge): titles, a preview and open tasks.", {},
-             false),
-        tool("search_notes", "Find the user's notes containing some words. Returns titles and a snippet.",
-             {required("query", "Words to look for")}, false),
-        tool("read_note", "Read one of the user's notes by its title.", {required("note", "Title of the note")}, false),
-        tool("list_tasks", "List the user's unfinished tasks from all notes, with due dates.",
-             {Parameter{QStringLiteral("when"),
-                        QStringLiteral("open: all unfinished; today: due today or overdue; overdue; upcoming: next 7 days"),
-                        Kind::choice({QStringLiteral("open"), QStringLiteral("today"), QStringLiteral("overdue"),
-                                      QStringLiteral("upcoming")}),
-                        true}},
-             false),
-        tool("add_task",
-             "Add a to-do or an item to an existing note or list, e.g. milk to the shopping list. Keep date words like "
-             "'tomorrow 10am'.",
-             {required("task", "The task in the user's words"),
-              optional("note", "Title of the note or list; empty for the default to-do list")},
-             true),
-        tool("create_note",
-             "Create a brand-new note. Not for adding to an existing note or list: use add_task for that. Write tasks "
-             "as lines starting with '- [ ] '.",
-             {required("title", "Short title"), required("body", "Content of the note")}, true),
-        tool("append_to_note", "Add a line of text to the end of an existing note.",
-             {required("note", "Title of the note"), required("text", "Text to add")}, true),
-        tool("fix_notes",
-             "Fix spelling and grammar in the user's notes: the ones named, or every note on the Shelf. Vuro corrects "
-             "each note and keeps its lines and tasks.",
-             {optional("notes", "Titles of the notes, separated by ';'. Leave empty for all notes")}, true),
-        tool("archive_notes",
-             "Remove notes the user no longer wants (e.g. test notes) from the Shelf by moving them to the Archive. "
-             "The user can bring them back.",
-             {required("notes", "Exact titles of the notes, separated by ';'")}, true),
-        tool("complete_task", "Mark an unfinished task as done.", {required("task", "Words from the task")}, true),
-        tool("tag_notes",
-             "Tag the user's notes so they can group and find them in the Notes window. Give tags to add or remove; "
-             "leave both empty and Vuro picks fitting tags for each note.",
-             {optional("notes",
-                       "Titles of the notes, separated by ';'. Leave empty for the untagged notes on the Shelf"),
-              optional("tags", "Tags to add, separated by commas"),
-              optional("remove", "Tags to remove, separated by commas")},
-             true),
-        tool("move_notes",
-             "Move the user's notes into a folder in the Notes window (the folder is created if it doesn't exist), or "
-             "out of their folder.",
-             {required("notes", "Exact titles of the notes, separated by ';'"),
-              optional("folder", "Folder name; empty to take the notes out of their folder")},
-             true),
-        tool("remove_lines",
-             "Delete lines or sentences from inside a note (e.g. junk or test lines) and keep the rest. Copy each "
-             "line as read_note shows it.",
-             {required("note", "Title of the note"),
-              required("lines", "The lines to delete, copied from the note, one per line or separated by ';'")},
-             true),
-        tool("replace_line",
-             "Change one line or sentence of a note to new text, e.g. reword it or rename a task. Copy the old line "
-             "as read_note shows it; its checkbox, bullet and date are kept.",
-             {required("note", "Title of the note"),
-              required("line", "The line or sentence to change, copied from the note"),
-              required("text", "The new text")},
-             true),
-        tool("remember", "Save a lasting fact about the user to your memory (a preference, a person, a routine).",
-             {required("fact", "One short sentence")}, false),
-    };
-    return all;
-}
-
-std::optional<AgentToolSpec> NoteToolbox::spec(const QString& name) {
-    for (const AgentToolSpec& each : allTools())
-        if (each.name == name) return each;
-    return std::nullopt;
-}
-
-QList<AgentToolSpec> NoteToolbox::tools(NoteAccess access, bool onDevice, const QString& request) {
+QList<AgentToolSpec> NoteToolbox::tools(NoteAccess access, bool onDevice, const QString& request, bool turkish) {
     QStringList names;
     if (access != NoteAccess::none)
         names << QStringLiteral("list_notes") << QStringLiteral("search_notes") << QStringLiteral("read_note")
@@ -256,7 +169,7 @@ QList<AgentToolSpec> NoteToolbox::tools(NoteAccess access, bool onDevice, const 
     }
     names << QStringLiteral("remember");
     QList<AgentToolSpec> result;
-    for (const QString& name : names) result.append(*spec(name));
+    for (const QString& name : names) result.append(*NoteTools::spec(name, turkish));
     return result;
 }
 
@@ -306,7 +219,7 @@ QString NoteToolbox::readable(const QString& body, bool turkish) {
 }
 
 QCoro::Task<std::optional<AgentToolOutcome>> NoteToolbox::run(AgentToolCall call) {
-    const auto found = spec(call.name);
+    const auto found = NoteTools::spec(call.name, _turkish);
     if (!found) co_return AgentToolOutcome{QStringLiteral("Unknown tool: ") + call.name, std::nullopt, {}};
     if (found->writes && _access != NoteAccess::readWrite)
         co_return AgentToolOutcome{tr("Not allowed: you can't change the user's notes.",

@@ -41,10 +41,7 @@ public:
     // The tools of a run for an agent with this access. On the on-device route tag_notes and
     // move_notes are offered only when the request speaks of tags or folders, and the two
     // line-editing tools not at all.
-    static QList<AgentToolSpec> tools(NoteAccess access, bool onDevice, const QString& request);
-    // Every note tool, whatever the access, in the order the model sees them.
-    static const QList<AgentToolSpec>& allTools();
-    static std::optional<AgentToolSpec> spec(const QString& name);
+    static QList<AgentToolSpec> tools(NoteAccess access, bool onDevice, const QString& request, bool turkish);
 
     // The outcome of a call, or none when the name isn't a note tool.
     QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call);

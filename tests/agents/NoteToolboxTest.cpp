@@ -99,14 +99,14 @@ TEST(NoteToolbox, TheGateRefusesInWords) {
     EXPECT_EQ(Fixture::call(none, "remember", {{"fact", "Likes tea"}}).output, "Saved to memory.");
 
     QStringList offered;
-    for (const auto& spec : NoteToolbox::tools(NoteAccess::read, false, {})) offered.append(spec.name);
+    for (const auto& spec : NoteToolbox::tools(NoteAccess::read, false, {}, false)) offered.append(spec.name);
     EXPECT_EQ(offered, QStringList({"list_notes", "search_notes", "read_note", "list_tasks", "remember"}));
     offered.clear();
-    for (const auto& spec : NoteToolbox::tools(NoteAccess::readWrite, true, "put these in a folder")) offered.append(spec.name);
+    for (const auto& spec : NoteToolbox::tools(NoteAccess::readWrite, true, "put these in a folder", true)) offered.append(spec.name);
     EXPECT_EQ(offered, QStringList({"list_notes", "search_notes", "read_note", "list_tasks", "add_task", "create_note",
                                     "append_to_note", "fix_notes", "archive_notes", "complete_task", "move_notes",
                                     "remember"}));
-    EXPECT_EQ(NoteToolbox::tools(NoteAccess::readWrite, false, {}).size(), 15);
+    EXPECT_EQ(NoteToolbox::tools(NoteAccess::readWrite, false, {}, false).size(), 15);
 }
 
 TEST(NoteToolbox, ListNotesShowsFifteenAndCountsTheRest) {
