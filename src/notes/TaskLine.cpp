@@ -1,5 +1,9 @@
 #include "notes/TaskLine.h"
 
+#include "notes/DueDateParser.h"
+
+#include <QSet>
+
 namespace vuro {
 
 namespace {
@@ -140,6 +144,27 @@ QString TaskLine::setText(const QString& text, int index, bool done, const QStri
     return changeLine(body, index, [&text, done](QStringView line, const TaskLine& task) -> std::optional<QString> {
         return rewrite(line, task, done, text);
     });
+}
+
+QString TaskLine::applyDueDates(const QString& newBody, const std::optional<QString>& oldBody, const QDateTime& now,
+                                const Calendar& calendar) {
+    if (!newBody.contains(u"[ ]") && !newBody.contains(QChar(openGlyph))) return newBody;
+    QSet<QStringView> oldLines;
+    if (oldBody)
+        for (const QStringView line : QStringView(*oldBody).split(u'\n')) oldLines.insert(line);
+    QString body = newBody;
+    const QList<QStringView> lines = QStringView(newBody).split(u'\n');
+    for (int index = 0; index < lines.size(); ++index) {
+        const QStringView line = lines[index];
+        if (oldLines.contains(line)) continue;
+        const auto task = parse(line);
+        if (!task || task->isDone || task->text.isEmpty() || task->text.contains(u"\U0001F4C5")) continue;
+        const auto found = DueDateParser::find(task->text, now, calendar);
+        if (!found) continue;
+        const QString text = found->due.appending(found->remainder(task->text));
+        if (text != task->text) body = setText(text, index, false, body);
+    }
+    return body;
 }
 
 }  // namespace vuro

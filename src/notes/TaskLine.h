@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/Calendar.h"
+
+#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QStringView>
@@ -38,6 +41,12 @@ struct TaskLine {
     // line is no task any more, or nothing would change.
     static QString setDone(bool done, int index, const QString& body);
     static QString setText(const QString& text, int index, bool done, const QString& body);
+
+    // Writes a date mark into each open task line of newBody that isn't in oldBody and names a
+    // date in words ("- [ ] call Ann tomorrow" → "- [ ] call Ann 📅 2026-05-02"). Lines that were
+    // already there are never rewritten, so a phrase the user left in on purpose stays.
+    static QString applyDueDates(const QString& newBody, const std::optional<QString>& oldBody, const QDateTime& now,
+                                 const Calendar& calendar = {});
 
     bool operator==(const TaskLine&) const = default;
 };
