@@ -7,5 +7,7 @@ template <typename... Lambdas>
 struct Overloaded : Lambdas... {
     using Lambdas::operator()...;
 };
+template <typename... Lambdas>
+Overloaded(Lambdas...) -> Overloaded<Lambdas...>;  // clang 14 doesn't deduce aggregates yet
 
 }  // namespace vuro

@@ -1,7 +1,12 @@
 #include "agents/InMemoryAgentPersistence.h"
+#include "storage/DatabaseAgentPersistence.h"
+#include "storage/InMemoryKeychain.h"
+#include "storage/KeychainKeyProvider.h"
 #include "support/AgentSamples.h"
 #include "support/Printers.h"
+#include "support/SqliteFile.h"
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -24,6 +29,30 @@ public:
 
 private:
     InMemoryAgentPersistence _persistence;
+};
+
+class DatabaseStore : public StoreUnderTest {
+public:
+    DatabaseStore() { open(); }
+    AgentPersistence& persistence() override { return *_persistence; }
+    void reopen() override {
+        _persistence.reset();
+        _database.reset();
+        open();
+    }
+    VuroDatabase& database() { return *_database; }
+    QString path() const { return _folder.filePath(QStringLiteral("Vuro.store")); }
+    const std::shared_ptr<InMemoryKeychain> keychain = std::make_shared<InMemoryKeychain>();
+
+private:
+    void open() {
+        _database = std::make_shared<VuroDatabase>(path(), std::make_shared<KeychainKeyProvider>(keychain));
+        _persistence = std::make_unique<DatabaseAgentPersistence>(_database);
+    }
+
+    QTemporaryDir _folder;
+    std::shared_ptr<VuroDatabase> _database;
+    std::unique_ptr<DatabaseAgentPersistence> _persistence;
 };
 
 using Factory = std::function<std::unique_ptr<StoreUnderTest>()>;
@@ -159,8 +188,10 @@ TEST_P(AgentPersistenceContract, DeletingAnAgentTakesItsJobsAndConversationAlong
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, AgentPersistenceContract,
-                         testing::Values(std::pair<const char*, Factory>{
-                             "memory", [] { return std::make_unique<MemoryStore>(); }}),
+                         testing::Values(std::pair<const char*, Factory>{"memory",
+                                                                         [] { return std::make_unique<MemoryStore>(); }},
+                                         std::pair<const char*, Factory>{
+                                             "database", [] { return std::make_unique<DatabaseStore>(); }}),
                          [](const auto& store) { return std::string(store.param.first); });
 
 TEST(InMemoryAgentPersistenceTest, FailuresAreOneShot) {
@@ -173,6 +204,150 @@ TEST(InMemoryAgentPersistenceTest, FailuresAreOneShot) {
     persistence.failNextLoad = Error(QStringLiteral("Gone."));
     EXPECT_THROW(persistence.loadJobs(), Error);
     EXPECT_EQ(persistence.loadAgents().size(), 1);
+}
+
+
+QByteArray compact(const char* json) { return QJsonDocument::fromJson(json).toJson(QJsonDocument::Compact); }
+
+// Rows as an older version of the program wrote them, before keys were added to the sealed JSON.
+TEST(DatabaseAgentPersistenceTest, OlderRowsLoadWithoutTheKeysAddedSince) {
+    DatabaseStore store;
+    VuroDatabase& db = store.database();
+    const BodyCipher& cipher = db.cipher();
+    db.prepare("INSERT INTO StoredAgent VALUES ('A', 'Old', '🐢', 2, 'calm', ?1, 'claude', '', 'readWrite', 1000)")
+        .bindBlob(1, cipher.seal(compact(R"({"soul":"You are slow.","duty":"You wait.","memory":""})")))
+        .run();
+    db.prepare("INSERT INTO StoredAgent VALUES ('B', 'Coder', '', 9, '', ?1, 'cli.codex', 'o3', 'none', 2000)")
+        .bindBlob(1, cipher.seal(compact(R"({"soul":"","duty":"","memory":"- x"})")))
+        .run();
+    db.prepare("INSERT INTO StoredAgentJob VALUES ('J1', 'A', 'Plants', ?1, NULL, ?2, 1, 3000, NULL, NULL, NULL)")
+        .bindBlob(1, cipher.seal(QStringLiteral("Water the plants {\"not\": \"a payload\"}")))
+        .bindBlob(2, compact(R"({"now":{}})"))
+        .run();
+    db.prepare("INSERT INTO StoredAgentJob VALUES ('J2', 'A', '', ?1, 'N1', ?2, 0, 4000, 5000, 'succeeded', NULL)")
+        .bindBlob(1, cipher.seal(compact(R"({"vuro":1,"instruction":"Sum up","attachments":[]})")))
+        .bindBlob(2, compact(R"({"repeating":{"_0":{"everyHours":{"_0":4}}}})"))
+        .run();
+    db.prepare("INSERT INTO StoredAgentMessage VALUES ('M1', 'A', 'agent', 6000, 'J2', ?1)")
+        .bindBlob(1, cipher.seal(compact(R"({"text":"Hello","actions":[]})")))
+        .run();
+
+    const QList<Agent> agents = store.persistence().loadAgents();
+    ASSERT_EQ(agents.size(), 2);
+    EXPECT_EQ(agents[0].soul, QStringLiteral("You are slow."));
+    EXPECT_EQ(agents[0].emoji, QStringLiteral("🐢"));
+    EXPECT_EQ(agents[0].provider, AIProviderKind::claude);
+    EXPECT_EQ(agents[0].cliTool, std::nullopt);
+    EXPECT_EQ(agents[0].color, NoteColor::rose);
+    EXPECT_FALSE(agents[0].web);
+    EXPECT_TRUE(agents[0].skills.isEmpty() && agents[0].mcpServers.isEmpty() && agents[0].symbol.isEmpty());
+    EXPECT_EQ(agents[0].face, std::nullopt);
+    EXPECT_EQ(agents[0].createdAt, QDateTime::fromMSecsSinceEpoch(1000, Qt::UTC));
+    EXPECT_EQ(agents[1].cliTool, CLIToolKind::codex);
+    EXPECT_EQ(agents[1].routeID(), QStringLiteral("cli.codex"));
+    EXPECT_EQ(agents[1].color, NoteColor::peach) << "a colour is masked as a note's is";
+    EXPECT_EQ(agents[1].access, NoteAccess::none);
+
+    const QList<AgentJob> jobs = store.persistence().loadJobs();
+    ASSERT_EQ(jobs.size(), 2);
+    EXPECT_EQ(jobs[0].instruction, QStringLiteral("Water the plants {\"not\": \"a payload\"}"));
+    EXPECT_TRUE(jobs[0].attachments.isEmpty());
+    EXPECT_EQ(jobs[0].trigger, AgentJob::Trigger{AgentJob::Trigger::Now{}});
+    EXPECT_EQ(jobs[1].instruction, QStringLiteral("Sum up"));
+    EXPECT_EQ(jobs[1].toolPermission, std::nullopt);
+    EXPECT_FALSE(jobs[1].enabled);
+    EXPECT_EQ(jobs[1].noteID, QStringLiteral("N1"));
+    EXPECT_EQ(jobs[1].lastRun, QDateTime::fromMSecsSinceEpoch(5000, Qt::UTC));
+    EXPECT_EQ(jobs[1].lastStatus, AgentJob::Status::succeeded);
+
+    const QList<AgentMessage> messages = store.persistence().loadMessages(QStringLiteral("A"));
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages[0].text, QStringLiteral("Hello"));
+    EXPECT_EQ(messages[0].jobID, QStringLiteral("J2"));
+    EXPECT_TRUE(messages[0].attachments.isEmpty() && messages[0].approvals.isEmpty());
+    EXPECT_EQ(messages[0].jobTitle, std::nullopt);
+}
+
+struct BadRow {
+    const char* what;
+    const char* update;  // run on a store holding fullAgent(), fullJob() and fullMessage(); ?1 is a sealed blob
+    const char* sealed;  // JSON or text to seal into ?1, or null
+    const char* message;
+};
+
+TEST(DatabaseAgentPersistenceTest, ARowThatCantBeReadFailsItsWholeLoad) {
+    const BadRow rows[] = {
+        {"unknown provider", "UPDATE StoredAgent SET providerRaw = 'mistral'", nullptr,
+         "Cannot initialize AIProviderKind from invalid String value mistral"},
+        {"unknown tool", "UPDATE StoredAgent SET providerRaw = 'cli.vim'", nullptr,
+         "Cannot initialize CLIToolKind from invalid String value vim"},
+        {"unknown access", "UPDATE StoredAgent SET accessRaw = 'write'", nullptr,
+         "Cannot initialize NoteAccess from invalid String value write"},
+        {"profile without soul", "UPDATE StoredAgent SET sealedProfile = ?1", R"({"duty":"","memory":""})",
+         "No value associated with key \"soul\"."},
+        {"profile not JSON", "UPDATE StoredAgent SET sealedProfile = ?1", "soul: kind",
+         "The data couldn't be read because it isn't in the correct format."},
+        {"profile sealed under another key", "UPDATE StoredAgent SET sealedProfile = ?1", nullptr,
+         "The note could not be decrypted."},
+        {"trigger with two keys", R"(UPDATE StoredAgentJob SET triggerData = '{"now":{},"once":{"_0":"x"}}')",
+         nullptr, "Invalid number of keys found, expected one."},
+        {"unknown status", "UPDATE StoredAgentJob SET lastStatusRaw = 'skipped'", nullptr,
+         "Cannot initialize Status from invalid String value skipped"},
+        {"payload without attachments", "UPDATE StoredAgentJob SET sealedInstruction = ?1",
+         R"({"vuro":1,"instruction":"x"})", "No value associated with key \"attachments\"."},
+        {"unknown role", "UPDATE StoredAgentMessage SET roleRaw = 'system'", nullptr,
+         "Cannot initialize Role from invalid String value system"},
+        {"message without actions", "UPDATE StoredAgentMessage SET sealedPayload = ?1", R"({"text":"hi"})",
+         "No value associated with key \"actions\"."},
+    };
+    for (const BadRow& row : rows) {
+        DatabaseStore store;
+        store.persistence().saveAgent(fullAgent());
+        store.persistence().saveJob(fullJob());
+        store.persistence().saveMessage(fullMessage());
+        auto update = store.database().prepare(row.update);
+        if (row.sealed)
+            update.bindBlob(1, store.database().cipher().seal(QByteArray(row.sealed)));
+        else if (QByteArray(row.update).contains("?1"))
+            update.bindBlob(1, BodyCipher(BodyCipher::randomKey()).seal(QByteArray(R"({"soul":"","duty":"","memory":""})")));
+        update.run();
+        try {
+            store.persistence().loadAgents();
+            store.persistence().loadJobs();
+            store.persistence().loadMessages(fullAgent().id);
+            ADD_FAILURE() << row.what << ": loaded";
+        } catch (const Error& e) {
+            EXPECT_EQ(e.message(), QString::fromUtf8(row.message)) << row.what;
+        }
+    }
+}
+
+TEST(DatabaseAgentPersistenceTest, WordsAreSealedAndTheRestStaysPlain) {
+    DatabaseStore store;
+    store.persistence().saveAgent(fullAgent());
+    store.persistence().saveJob(fullJob());
+    store.persistence().saveMessage(fullMessage());
+    store.reopen();
+    const auto agent = test::querySql(store.path(), "SELECT name, providerRaw, accessRaw, colorIndex, sealedProfile FROM StoredAgent");
+    ASSERT_EQ(agent.size(), 1);
+    EXPECT_EQ(agent[0][0].toString(), QStringLiteral("Ada"));
+    EXPECT_EQ(agent[0][1].toString(), QStringLiteral("lmStudio")) << "the provider under the command-line tool stays";
+    EXPECT_EQ(agent[0][2].toString(), QStringLiteral("none"));
+    EXPECT_EQ(agent[0][3].toInt(), rawValue(NoteColor::mint));
+    EXPECT_FALSE(agent[0][4].toByteArray().contains("careful"));
+    const auto job = test::querySql(store.path(), "SELECT title, triggerData, lastStatusRaw, sealedInstruction FROM StoredAgentJob");
+    ASSERT_EQ(job.size(), 1);
+    EXPECT_EQ(job[0][0].toString(), QStringLiteral("Morning brief"));
+    EXPECT_EQ(AgentJob::Trigger::fromJson(QJsonDocument::fromJson(job[0][1].toByteArray()).object()), fullJob().trigger);
+    EXPECT_EQ(job[0][2].toString(), QStringLiteral("failed"));
+    EXPECT_FALSE(job[0][3].toByteArray().contains("Summarise"));
+}
+
+TEST(DatabaseAgentPersistenceTest, AStoreWithOnlyAMessageWontTakeANewKey) {
+    DatabaseStore store;
+    store.persistence().saveMessage(fullMessage());
+    store.keychain->items.clear();
+    EXPECT_THROW(store.reopen(), Error);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "base/Ids.h"
+#include "storage/DatabaseAgentPersistence.h"
 #include "storage/DatabaseNotePersistence.h"
 #include "storage/ImageStoreFiles.h"
 #include "storage/InMemoryKeychain.h"
@@ -72,6 +73,57 @@ TEST(NoPlaintextOnDiskTest, whatTheUserWroteIsNeverOnDiskInTheClear) {
     EXPECT_EQ(filesHolding(support.path(), secret), QStringList());
     EXPECT_EQ(filesHolding(support.path(), title), QStringList{"Vuro.store"});
     EXPECT_EQ(images.load(imageID), std::optional(("PNG" + secret).toUtf8()));
+}
+
+TEST(NoPlaintextOnDiskTest, agentProfilesJobInstructionsAndMessagesAreNeverOnDiskInTheClear) {
+    QTemporaryDir support;
+    const QString secret = "secret-" + newId();
+    // Agent names and job titles stay plain by design: finding one proves that the scan sees the rows.
+    const QString title = "title-" + newId();
+    auto keychain = std::make_shared<InMemoryKeychain>();
+    auto database =
+        std::make_shared<VuroDatabase>(support.filePath("Vuro.store"), std::make_shared<KeychainKeyProvider>(keychain));
+    auto persistence = std::make_unique<DatabaseAgentPersistence>(database);
+
+    for (int i = 0; i < 20; ++i) {
+        // Small texts sit in the row, large ones spill into overflow pages.
+        const QString words = QStringLiteral("%1 çay ☕\n").arg(secret).repeated(i % 2 ? 1 : 300);
+        Agent agent;
+        agent.name = title;
+        agent.soul = "You are " + words;
+        agent.duty = "You keep " + words;
+        agent.memory = "- " + words;
+        persistence->saveAgent(agent);
+        agent.memory += "\n- edited " + secret;
+        persistence->saveAgent(agent);
+
+        AgentJob job;
+        job.agentID = agent.id;
+        job.title = title;
+        job.instruction = words;
+        job.toolPermission = JobToolPermission{{{"server", "send"}}, words};
+        persistence->saveJob(job);
+
+        AgentMessage message;
+        message.id = newId();
+        message.agentID = agent.id;
+        message.text = words;
+        message.createdAt = QDateTime::currentDateTimeUtc();
+        message.failure = secret;
+        message.actions = {{newId(), "replace_line", "Changed " + secret, std::nullopt,
+                            AgentUndo{AgentUndo::RestoreBody{"N", secret, words}}, false}};
+        persistence->saveMessage(message);
+        if (i % 5 == 0) persistence->deleteAgent(agent.id);
+    }
+
+    const QStringList whileOpen = filesHolding(support.path(), title);
+    EXPECT_TRUE(whileOpen.contains("Vuro.store-wal") || whileOpen.contains("Vuro.store")) << whileOpen.join(", ").toStdString();
+    EXPECT_EQ(filesHolding(support.path(), secret), QStringList());
+
+    persistence.reset();
+    database.reset();
+    EXPECT_EQ(filesHolding(support.path(), secret), QStringList());
+    EXPECT_EQ(filesHolding(support.path(), title), QStringList{"Vuro.store"});
 }
 
 }  // namespace
