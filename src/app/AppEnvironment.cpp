@@ -1,9 +1,8 @@
 #include "app/AppEnvironment.h"
 
-#include "app/AppPaths.h"
-#include "base/Log.h"
 #include "base/TestHost.h"
 #include "notes/InMemoryNotePersistence.h"
+#include "storage/SealedStorage.h"
 
 namespace vuro {
 namespace {
@@ -30,10 +29,8 @@ std::unique_ptr<AppEnvironment> AppEnvironment::build() {
 }
 
 AppEnvironment::Stores AppEnvironment::openStores() {
-    AppPaths::ensureSupportFolder();
-    // The sealed database plugs in here (Vuro.store, Images/, NoteFiles/ in the support folder).
-    log(QStringLiteral("no note database in this build — notes are kept in memory for this session only"));
-    return {std::make_shared<InMemoryNotePersistence>(), {}, {}};
+    SealedStorage storage = SealedStorage::openForUser();
+    return {std::move(storage.notes), std::move(storage.images), std::move(storage.files)};
 }
 
 }  // namespace vuro

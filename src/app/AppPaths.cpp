@@ -1,6 +1,5 @@
 #include "app/AppPaths.h"
 
-#include <QDir>
 #include <QStandardPaths>
 
 namespace vuro::AppPaths {
@@ -10,7 +9,5 @@ QString supportFolder() {
 }
 
 QString supportFile(const QString& name) { return supportFolder() + QLatin1Char('/') + name; }
-
-bool ensureSupportFolder() { return QDir().mkpath(supportFolder()); }
 
 }  // namespace vuro::AppPaths

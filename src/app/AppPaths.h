@@ -13,8 +13,6 @@ inline constexpr const char* appID = "com.tarnvale.vuro";
 
 QString supportFolder();                 // not created here
 QString supportFile(const QString& name);  // a path inside the support folder
-// Creates the support folder with its parents; false when that failed.
-bool ensureSupportFolder();
 
 }  // namespace AppPaths
 }  // namespace vuro

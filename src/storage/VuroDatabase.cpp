@@ -1,18 +1,17 @@
 #include "storage/VuroDatabase.h"
 
+#include "app/AppPaths.h"
 #include "storage/DatabaseError.h"
 #include "storage/VuroSchema.h"
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <sqlite3.h>
 
 namespace vuro {
 
 QString VuroDatabase::supportFolder() {
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Vuro");
+    const QString folder = AppPaths::supportFolder();
     if (!QDir().mkpath(folder))
         throw DatabaseError(QStringLiteral("The folder %1 could not be created.").arg(QDir::toNativeSeparators(folder)));
     return folder;

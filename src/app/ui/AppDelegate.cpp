@@ -3,7 +3,11 @@
 #include "app/ui/MenuBarController.h"
 #include "app/ui/UnsavedNotesDialog.h"
 #include "base/Log.h"
+#include "base/Defaults.h"
 #include "base/TestHost.h"
+#include "library/ui/NotesWindow.h"
+#include "shelf/DeckManager.h"
+#include "shelf/ui/QtDeckHost.h"
 
 #include <QCoreApplication>
 
@@ -23,12 +27,17 @@ void AppDelegate::applicationDidFinishLaunching() {
         log(QStringLiteral("removed %1 blank notes left by the last session").arg(swept));
 
     _menuBar = std::make_unique<MenuBarController>();
-    connect(_menuBar.get(), &MenuBarController::newNoteRequested, this, [this] {
-        Q_EMIT noteOpenRequested(_environment->notes().create().id);
-    });
     connect(_menuBar.get(), &MenuBarController::notesRequested, this, &AppDelegate::notesWindowRequested);
     connect(_menuBar.get(), &MenuBarController::quitRequested, this, &AppDelegate::requestQuit);
+    connect(this, &AppDelegate::notesWindowRequested, this, &AppDelegate::showNotesWindow);
     _menuBar->start();
+
+    _deckHost = std::make_unique<QtDeckHost>(_environment->notes());
+    _deckManager = std::make_unique<DeckManager>(*_deckHost, _environment->notes(), Defaults::standard());
+    connect(_deckHost.get(), &QtDeckHost::screensChanged, _deckManager.get(), &DeckManager::refreshScreens);
+    _deckManager->refreshScreens();
+    connect(_menuBar.get(), &MenuBarController::newNoteRequested, _deckManager.get(), &DeckManager::createAndExpand);
+    connect(_menuBar.get(), &MenuBarController::shelfRequested, _deckManager.get(), &DeckManager::announce);
     log(QStringLiteral("launched (pid %1)").arg(QCoreApplication::applicationPid()));
 }
 
@@ -37,6 +46,13 @@ void AppDelegate::handleReopen() {
     if (isRunningTests()) return;
     if (_menuBar) _menuBar->show();
     Q_EMIT notesWindowRequested();
+}
+
+void AppDelegate::showNotesWindow() {
+    if (!_notesWindow) _notesWindow = std::make_unique<NotesWindow>(_environment->notes());
+    _notesWindow->show();
+    _notesWindow->raise();
+    _notesWindow->activateWindow();
 }
 
 bool AppDelegate::applicationShouldTerminate() {

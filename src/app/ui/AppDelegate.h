@@ -8,7 +8,10 @@
 
 namespace vuro {
 
+class DeckManager;
 class MenuBarController;
+class NotesWindow;
+class QtDeckHost;
 
 // Starts and stops the running application around one AppEnvironment, which it builds when it
 // is created. The controllers it starts stay empty until launch has finished and are never
@@ -24,6 +27,7 @@ public:
 
     AppEnvironment& environment() const { return *_environment; }
     MenuBarController* menuBar() const { return _menuBar.get(); }
+    DeckManager* deckManager() const { return _deckManager.get(); }
 
     void applicationDidFinishLaunching();
     // A second start asked this copy to come forward.
@@ -42,14 +46,17 @@ public:
 Q_SIGNALS:
     // The Notes window on its All Notes section.
     void notesWindowRequested();
-    // A note to show for editing (a new note from the menu).
-    void noteOpenRequested(const QString& id);
     // Last call before the event loop ends: global shortcuts let go here.
     void applicationWillTerminate();
 
 private:
+    void showNotesWindow();
+
     std::unique_ptr<AppEnvironment> _environment;
     std::unique_ptr<MenuBarController> _menuBar;
+    std::unique_ptr<QtDeckHost> _deckHost;
+    std::unique_ptr<DeckManager> _deckManager;
+    std::unique_ptr<NotesWindow> _notesWindow;
 };
 
 }  // namespace vuro

@@ -41,6 +41,7 @@ QIcon noteIcon() {
 
 MenuBarController::MenuBarController(QObject* parent) : QObject(parent), _menu(new QMenu) {
     _menu->addAction(tr("New Note"), this, &MenuBarController::newNoteRequested);
+    _menu->addAction(tr("Show Shelf"), this, &MenuBarController::shelfRequested);
     _menu->addAction(tr("Notes…"), this, &MenuBarController::notesRequested);
     _menu->addSeparator();
     _menu->addAction(tr("Quit"), this, &MenuBarController::quitRequested);
@@ -61,7 +62,7 @@ bool MenuBarController::start() {
     _tray->setToolTip(QStringLiteral("Vuro"));
     _tray->setContextMenu(_menu);
     connect(_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) show();
+        if (reason == QSystemTrayIcon::Trigger) Q_EMIT shelfRequested();
     });
     _tray->show();
     return true;

@@ -7,8 +7,9 @@ class QSystemTrayIcon;
 
 namespace vuro {
 
-// The tray icon and its menu: New Note, Notes…, Quit. On a desktop without a tray the program
-// keeps running without it; a second start then brings it forward. Main thread only.
+// The tray icon and its menu: New Note, Show Shelf, Notes…, Quit; a click on the icon fans the
+// Shelf out. On a desktop without a tray the program keeps running without it; a second start
+// then brings it forward. Main thread only.
 class MenuBarController : public QObject {
     Q_OBJECT
 public:
@@ -17,7 +18,7 @@ public:
 
     // Shows the icon; false when this desktop has no tray.
     bool start();
-    // Opens the menu at the icon, as a click on it would.
+    // Opens the menu at the icon.
     void show();
 
     QMenu* menu() const { return _menu; }
@@ -25,6 +26,7 @@ public:
 
 Q_SIGNALS:
     void newNoteRequested();
+    void shelfRequested();
     void notesRequested();
     void quitRequested();
 
