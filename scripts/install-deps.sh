@@ -10,7 +10,7 @@ packages=(
   # Qt and coroutines
   qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite qt6-svg-dev qt6-l10n-tools qcoro-qt6-dev
   # platform and formats
-  libsecret-1-dev libssl-dev libsqlite3-dev libpoppler-cpp-dev libmd4c-dev
+  libsecret-1-dev libssl-dev libsqlite3-dev libpoppler-cpp-dev libmd4c-dev libzip-dev
   libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libcurl4-openssl-dev
   # tests
   googletest libgtest-dev libgmock-dev libbenchmark-dev

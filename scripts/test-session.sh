@@ -20,7 +20,9 @@ jwm >/dev/null 2>&1 &
 jwm_pid=$!
 trap 'kill $jwm_pid $xvfb 2>/dev/null || true; rm -rf "$HOME"' EXIT
 
-export ASAN_OPTIONS=detect_leaks=0:abort_on_error=0:strict_string_checks=1
+# No strict_string_checks: libxkbcommon-x11 hands strndup buffers without a terminator, which
+# strndup allows, and every widget test on the X server would stop there.
+export ASAN_OPTIONS=detect_leaks=0:abort_on_error=0
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
 fuzz_seconds=${VURO_FUZZ_SECONDS:-8}
