@@ -1,5 +1,6 @@
 #include "shelf/ui/DeckPanel.h"
 
+#include "base/Clock.h"
 #include "base/Defaults.h"
 #include "editor/ui/NoteEditor.h"
 #include "notes/NoteStore.h"
@@ -246,6 +247,10 @@ DeckPanel::DeckPanel(DeckController& controller, NoteStore& notes)
     findLayout->addWidget(_findField);
     noteLayout->addWidget(_findBar);
     _editor = new NoteEditor(_notePage);
+    // A committed task line that names a date in words gets its date mark.
+    _editor->setCommitFilter([](const QString& newBody, const QString& oldBody) {
+        return TaskLine::applyDueDates(newBody, oldBody, Clock::now());
+    });
     connect(_editor, &NoteEditor::storedTextChanged, this, [this](const QString& stored) {
         if (!_shownNoteID.isEmpty()) _notes.setBody(_shownNoteID, stored);
     });
