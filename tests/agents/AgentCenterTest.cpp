@@ -35,7 +35,7 @@ QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<Script> script, RunTool r
             const AgentToolCall call = std::get<AgentToolCall>(step);
             co_yield AgentEvent::toolStarted(call.name);
             const AgentToolOutcome outcome = co_await runTool(call);
-            for (const AgentEvent& event : actionEvents(outcome)) co_yield event;
+            for (AgentEvent event : actionEvents(outcome)) co_yield event;
         }
     }
     if (!script->failure.isEmpty()) throw Error(script->failure);
