@@ -93,7 +93,9 @@ NoteStore::NoteStore(std::shared_ptr<NotePersistence> persistence, std::chrono::
 void NoteStore::sweepOrphans() {
     const std::pair<NoteImageFiles*, IDsOfBody> stores[] = {{_images.get(), &NoteTokens::imageIDs},
                                                             {_files.get(), &NoteTokens::fileIDs}};
-    for (const auto& [files, idsOf] : stores) {
+    for (const auto& store : stores) {
+        NoteImageFiles* files = store.first;
+        const IDsOfBody idsOf = store.second;
         if (!files) continue;
         QStringList stored;
         if (const auto failure = attempt([&] { stored = files->allIDs(); })) {
@@ -392,7 +394,9 @@ void NoteStore::purgePending() {
     if (!_pendingUndo) return;
     const std::pair<NoteImageFiles*, IDsOfBody> stores[] = {{_images.get(), &NoteTokens::imageIDs},
                                                             {_files.get(), &NoteTokens::fileIDs}};
-    for (const auto& [files, idsOf] : stores) {
+    for (const auto& store : stores) {
+        NoteImageFiles* files = store.first;
+        const IDsOfBody idsOf = store.second;
         if (!files) continue;
         QSet<QString> unused = idsOf(_pendingUndo->note.body);
         if (unused.isEmpty()) continue;
