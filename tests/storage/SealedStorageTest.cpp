@@ -60,9 +60,10 @@ TEST_F(SealedStorageTest, opensTheStoreAndBindsTheFileFoldersToItsCipher) {
         ASSERT_NE(storage.database, nullptr);
         EXPECT_TRUE(logLines.isEmpty());
         EXPECT_FALSE(QFileInfo::exists(NoteFileStoreFiles::workingFolder()));
-        imageID = storage.images->add("picture");
+        // The store sweeps unreferenced images when it opens, so the image comes after it.
         NoteStore store(storage.notes, std::chrono::milliseconds(0), std::chrono::milliseconds(0), storage.images,
                         storage.files);
+        imageID = storage.images->add("picture");
         store.create("", "![image](vuro-img://" + imageID + ")");
     }
     SealedStorage storage = open();
