@@ -27,7 +27,7 @@ QString command(const char* action, const char* hint, const char* text, const ch
     return QStringLiteral(R"({"action":"%1","noteHint":"%2","text":"%3","title":"%4"})").arg(action, hint, text, title);
 }
 
-struct Bar : testing::Test {
+struct TellVuroModel : testing::Test {
     Clock::Override clock{QDateTime(QDate(2026, 11, 21), QTime(9, 0))};
     test::LoopbackHttpServer server;
     QNetworkAccessManager session;
@@ -49,7 +49,7 @@ struct Bar : testing::Test {
     QJsonArray messages(size_t i) const { return server.requests().at(i).json().value("messages").toArray(); }
 };
 
-TEST_F(Bar, TheRequestCarriesTheSystemTextTheTitlesAndTheSentenceInEitherLanguage) {
+TEST_F(TellVuroModel, TheRequestCarriesTheSystemTextTheTitlesAndTheSentenceInEitherLanguage) {
     store.create("Shopping list", "- [ ] bread");
     const Note archived = store.create("Old plans", "gone");
     store.setArchived(archived.id, true);
@@ -75,7 +75,7 @@ TEST_F(Bar, TheRequestCarriesTheSystemTextTheTitlesAndTheSentenceInEitherLanguag
     EXPECT_NE(CommandBarModel::systemText(true), CommandBarModel::systemText(false));
 }
 
-TEST_F(Bar, CommandsChangeTheNotesAndUndoOnce) {
+TEST_F(TellVuroModel, CommandsChangeTheNotesAndUndoOnce) {
     const QString shopping = store.create("Shopping list", "- [ ] bread").id;
     struct Case {
         const char* what;
@@ -109,7 +109,7 @@ TEST_F(Bar, CommandsChangeTheNotesAndUndoOnce) {
     }
 }
 
-TEST_F(Bar, FailuresBecomeSentencesAndChangeNothing) {
+TEST_F(TellVuroModel, FailuresBecomeSentencesAndChangeNothing) {
     store.create("Shopping list", "- [ ] bread");
     struct Case {
         const char* what;
@@ -150,7 +150,7 @@ TEST_F(Bar, FailuresBecomeSentencesAndChangeNothing) {
     EXPECT_EQ(message(offline), "failed: Couldn't reach 127.0.0.1. Is the server running?");
 }
 
-TEST_F(Bar, ANewSentenceDropsTheAnswerStillAwaited) {
+TEST_F(TellVuroModel, ANewSentenceDropsTheAnswerStillAwaited) {
     const QString shopping = store.create("Shopping list", "- [ ] bread").id;
     ReplayedResponse slow = openAIReply({command("addTask", "Shopping list", "first")});
     slow.pause = 60ms;  // about two seconds for the whole stream
@@ -183,7 +183,7 @@ TEST_F(Bar, ANewSentenceDropsTheAnswerStillAwaited) {
     EXPECT_EQ(store.note(shopping)->body, "- [ ] bread\n- [ ] second");
 }
 
-TEST_F(Bar, AReadOnlyStoreIsNotAskedToChange) {
+TEST_F(TellVuroModel, AReadOnlyStoreIsNotAskedToChange) {
     NoteStore readOnly{std::make_shared<UnavailableNotePersistence>(Error(QStringLiteral("The notes database can't be opened.")))};
     ASSERT_FALSE(readOnly.isWritable());
     CommandBarModel model(readOnly, provider, false);

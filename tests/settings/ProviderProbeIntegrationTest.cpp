@@ -26,7 +26,7 @@ QString outcome(const ProviderProbe& probe) {
     return probe.isRunning() ? "running" : "idle";
 }
 
-struct Probe : testing::Test {
+struct ProviderProbeRun : testing::Test {
     test::LoopbackHttpServer server;
     QNetworkAccessManager session;
     ProviderProbe probe;
@@ -38,7 +38,7 @@ struct Probe : testing::Test {
     }
 };
 
-TEST_F(Probe, SendsTheTestSentenceAndShowsTheReplyOrTheProvidersWords) {
+TEST_F(ProviderProbeRun, SendsTheTestSentenceAndShowsTheReplyOrTheProvidersWords) {
     const AnthropicProvider claude("claude-opus-5-5", "sk-ant", server.url("/v1/"), &session);
     const OpenAICompatibleProvider openAI(AIProviderKind::openAI, "gpt-6.1-sol", "sk-o", server.url("/v1/"), &session);
     struct Case {
@@ -67,7 +67,7 @@ TEST_F(Probe, SendsTheTestSentenceAndShowsTheReplyOrTheProvidersWords) {
               "Reply with the single word: OK");
 }
 
-TEST_F(Probe, AProviderThatCantTakeRequestsSaysWhyWithoutSending) {
+TEST_F(ProviderProbeRun, AProviderThatCantTakeRequestsSaysWhyWithoutSending) {
     const OpenAICompatibleProvider keyless(AIProviderKind::gemini, "gemini-3.8-flash", std::nullopt, server.url("/v1/"), &session);
     EXPECT_EQ(run(keyless), "failed: Add your Google API key in Settings → Assistant.");
     const OpenAICompatibleProvider modelless(AIProviderKind::lmStudio, "", std::nullopt, server.url("/v1/"), &session);
@@ -80,7 +80,7 @@ TEST_F(Probe, AProviderThatCantTakeRequestsSaysWhyWithoutSending) {
     EXPECT_EQ(run(absent), "failed: Couldn't reach 127.0.0.1. Is the server running?");
 }
 
-TEST_F(Probe, CancelAndRestartDropTheLateAnswer) {
+TEST_F(ProviderProbeRun, CancelAndRestartDropTheLateAnswer) {
     const OpenAICompatibleProvider openAI(AIProviderKind::openAI, "gpt-6.1-sol", "sk-o", server.url("/v1/"), &session);
     ReplayedResponse slow = openAIReply({"too late"});
     slow.pause = 50ms;

@@ -7,7 +7,7 @@ class QSystemTrayIcon;
 
 namespace vuro {
 
-// The tray icon and its menu: New Note, Show Shelf, Notes…, Quit; a click on the icon fans the
+// The tray icon and its menu: New Note, Tell Vuro…, Show Shelf, Notes…, Settings…, Quit; a click on the icon fans the
 // Shelf out. On a desktop without a tray the program keeps running without it; a second start
 // then brings it forward. Main thread only.
 class MenuBarController : public QObject {
@@ -28,6 +28,8 @@ Q_SIGNALS:
     void newNoteRequested();
     void shelfRequested();
     void notesRequested();
+    void tellVuroRequested();
+    void settingsRequested();
     void quitRequested();
 
 private:
