@@ -61,8 +61,9 @@ struct AgentCenter::ApprovalWaiter {
         if (const auto handle = std::exchange(waiting, {})) handle.resume();
     }
 
+    // Holds no ownership: the waiting frame keeps the waiter alive.
     struct Awaiter {
-        std::shared_ptr<ApprovalWaiter> waiter;
+        ApprovalWaiter* waiter;
         bool await_ready() const { return waiter->decision.has_value(); }
         void await_suspend(std::coroutine_handle<> handle) const { waiter->waiting = handle; }
         MCPApprovalDecision await_resume() const { return *waiter->decision; }
@@ -316,8 +317,11 @@ QCoro::Task<MCPApprovalDecision> AgentCenter::requestApproval(MCPApprovalRequest
     });
     Q_EMIT pendingApprovalsChanged();
     Q_EMIT activityChanged();
-    // Everything is settled by answer() before this wakes; the center may be gone by then.
-    co_return co_await ApprovalWaiter::Awaiter{waiter};
+    // Everything is settled by answer() before this wakes; the center may be gone by then. The
+    // awaiter is a named local: g++ 12 mishandles temporaries inside a co_await expression.
+    ApprovalWaiter::Awaiter decided{waiter.get()};
+    const MCPApprovalDecision decision = co_await decided;
+    co_return decision;
 }
 
 void AgentCenter::answer(const QString& requestID, MCPApprovalDecision decision) {
