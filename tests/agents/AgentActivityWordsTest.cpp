@@ -32,7 +32,7 @@ TEST(AgentActivityWords, EveryKindOfKeyReadsAsWords) {
         {"mcp", "Working on it…"},
         {"", "Working on it…"},
     };
-    for (const Case& each : cases) EXPECT_EQ(AgentActivityWords::of(each.key), each.words) << each.key.value_or("(none)");
+    for (const Case& each : cases) EXPECT_EQ(AgentActivityWords::of(each.key), each.words) << each.key.value_or(QStringLiteral("(none)")).toStdString();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "agents/ui/ActionChip.h"
 
 #include "agents/AgentCenter.h"
+#include "agents/ui/ElidedLabel.h"
 #include "agents/ui/ErrorLabel.h"
 
 #include <QHBoxLayout>
@@ -11,7 +12,7 @@
 namespace vuro {
 
 ActionChip::ActionChip(AgentCenter& center, QString messageID, const AgentAction& action, QWidget* parent)
-    : ChatCard(Fill::card, parent), _center(center), _messageID(std::move(messageID)), _summary(new QLabel), _state(new QLabel),
+    : ChatCard(Fill::card, parent), _center(center), _messageID(std::move(messageID)), _summary(new ElidedLabel), _state(new QLabel),
       _undo(new QPushButton(tr("Undo"))), _refusal(new ErrorLabel) {
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     auto* column = new QVBoxLayout(this);
@@ -19,8 +20,6 @@ ActionChip::ActionChip(AgentCenter& center, QString messageID, const AgentAction
     column->setSpacing(2);
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
-    _summary->setWordWrap(true);
-    _summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row->addWidget(_summary, 1);
     row->addWidget(_state);
     _undo->setAutoDefault(false);
@@ -28,6 +27,8 @@ ActionChip::ActionChip(AgentCenter& center, QString messageID, const AgentAction
     row->addWidget(_undo);
     column->addLayout(row);
     _state->setForegroundRole(QPalette::PlaceholderText);
+    // One line: the chip widens for the sentence rather than hide half of it.
+    _refusal->setWordWrap(false);
     _refusal->hide();
     column->addWidget(_refusal);
     connect(_undo, &QPushButton::clicked, this, &ActionChip::undo);

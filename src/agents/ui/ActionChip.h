@@ -10,6 +10,7 @@ class QPushButton;
 namespace vuro {
 
 class AgentCenter;
+class ElidedLabel;
 class ErrorLabel;
 
 // One change an agent made, under its reply: the summary and, while it can be put back, an Undo
@@ -31,7 +32,7 @@ private:
     AgentCenter& _center;
     QString _messageID;
     AgentAction _action;
-    QLabel* _summary;
+    ElidedLabel* _summary;
     QLabel* _state;
     QPushButton* _undo;
     ErrorLabel* _refusal;

@@ -69,6 +69,8 @@ AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, QWidget* 
     _more->setMenu(menu);
     _more->setPopupMode(QToolButton::InstantPopup);
     _more->setAutoRaise(true);
+    _more->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; width: 0px; }"));
+    _more->setMinimumSize(32, 32);
     _more->setFocusPolicy(Qt::StrongFocus);
     headerRow->addWidget(_more);
 
@@ -158,7 +160,7 @@ void AgentChatWindow::updateAgent() {
 void AgentChatWindow::refresh() {
     if (!_center) return;
     _transcript->setMessages(_center->conversation(_agentID));
-    if (isActiveWindow()) markRead();
+    if (isVisible() && !isMinimized()) markRead();
 }
 
 void AgentChatWindow::updateReplying() {

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <QtConcurrent/QtConcurrentRun>
 #include <qcoro/qcorofuture.h>
@@ -102,7 +103,11 @@ QCoro::Task<> AttachmentTray::import(QStringList paths) {
 void AttachmentTray::remove(const QString& attachmentID) {
     _drafts.removeIf([&attachmentID](const AgentAttachmentDraft& draft) { return draft.info.id == attachmentID; });
     for (AttachmentChip* chip : chips())
-        if (chip->attachmentID() == attachmentID) chip->deleteLater();
+        if (chip->attachmentID() == attachmentID) {
+            // It may be in the middle of its own click: it leaves the tray now and is deleted later.
+            chip->setParent(nullptr);
+            chip->deleteLater();
+        }
     refresh();
     Q_EMIT changed();
 }
@@ -120,9 +125,23 @@ void AttachmentTray::showFailures(const QStringList& sentences) {
     _failures->setVisible(!sentences.isEmpty());
 }
 
+void AttachmentTray::fitStrip() {
+    // As tall as a chip, and a scroll bar more when the chips are wider than the tray.
+    int height = 0;
+    for (AttachmentChip* chip : chips()) height = std::max(height, chip->sizeHint().height());
+    if (_row->sizeHint().width() > _scroller->viewport()->width())
+        height += _scroller->horizontalScrollBar()->sizeHint().height();
+    _scroller->setFixedHeight(height + 2);
+}
+
+void AttachmentTray::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitStrip();
+}
+
 void AttachmentTray::refresh() {
     _scroller->setVisible(!_drafts.isEmpty());
-    if (!_drafts.isEmpty()) _scroller->setFixedHeight(_strip->sizeHint().height() + 2);
+    fitStrip();
     _working->setVisible(_busy > 0);
     setVisible(!_drafts.isEmpty() || _busy > 0 || !_failures->text().isEmpty());
 }

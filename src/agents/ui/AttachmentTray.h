@@ -36,10 +36,14 @@ public:
 Q_SIGNALS:
     void changed();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QCoro::Task<> import(QStringList paths);
     void showFailures(const QStringList& sentences);
     void refresh();
+    void fitStrip();
 
     QList<AgentAttachmentDraft> _drafts;
     int _busy = 0;

@@ -31,8 +31,8 @@ ChatComposer::ChatComposer(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 int ChatComposer::heightForLines(int lines) const {
-    const int margins = contentsMargins().top() + contentsMargins().bottom() +
-                        static_cast<int>(2 * document()->documentMargin());
+    const int margins = contentsMargins().top() + contentsMargins().bottom() + 2 * frameWidth() +
+                        static_cast<int>(2 * document()->documentMargin()) + 2;
     return margins + lines * fontMetrics().lineSpacing();
 }
 

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vuro {
 namespace {
@@ -114,6 +115,7 @@ void ChatMessageView::setMessage(const AgentMessage& message) {
         _reply->setMarkdown(message.text);
         _reply->setVisible(!message.text.isEmpty());
     }
+    fitBubble();
     if (_chipColumn) updateChips();
     if (_approvals) updateApprovals();
     if (_failure) {
@@ -147,9 +149,22 @@ void ChatMessageView::updateApprovals() {
     _approvals->setVisible(!lines.isEmpty());
 }
 
+void ChatMessageView::fitBubble() {
+    if (!_bubble) return;
+    const int widest = static_cast<int>(width() * bubbleShare);
+    _bubble->setMaximumWidth(widest);
+    // A short message gets a snug bubble: the words ask for their own width, up to the share.
+    const QMargins margins = _bubble->layout()->contentsMargins();
+    int natural = 0;
+    for (const QString& line : _message.text.split(QLatin1Char('\n')))
+        natural = std::max(natural, _text->fontMetrics().horizontalAdvance(line));
+    if (!_files->isHidden()) natural = std::max(natural, _files->fontMetrics().horizontalAdvance(_files->text()));
+    _text->setMinimumWidth(std::max(0, std::min(natural + 2, widest - margins.left() - margins.right())));
+}
+
 void ChatMessageView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (_bubble) _bubble->setMaximumWidth(static_cast<int>(width() * bubbleShare));
+    fitBubble();
 }
 
 }  // namespace vuro

@@ -43,6 +43,7 @@ private:
     void buildNotice();
     void updateChips();
     void updateApprovals();
+    void fitBubble();
 
     AgentCenter& _center;
     AgentMessage _message;

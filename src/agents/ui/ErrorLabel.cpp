@@ -17,7 +17,9 @@ void ErrorLabel::recolour() {
     // Setting the palette reports a palette change of its own; the flag stops the echo.
     _recolouring = true;
     QPalette colors = palette();
+    // On a base-coloured ground a label draws with Text, elsewhere with WindowText.
     colors.setColor(QPalette::WindowText, ChatPalette::error(colors));
+    colors.setColor(QPalette::Text, ChatPalette::error(colors));
     setPalette(colors);
     _recolouring = false;
 }

@@ -5,6 +5,8 @@
 
 #include <QDesktopServices>
 #include <QEvent>
+#include <QFontMetrics>
+#include <QTextList>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -33,6 +35,21 @@ void replaceImages(QTextDocument& document) {
         QTextCharFormat plain;
         plain.setFontItalic(true);
         cursor.insertText(alt.isEmpty() ? MarkdownLabel::tr("[image]") : MarkdownLabel::tr("[image: %1]").arg(alt), plain);
+    }
+}
+
+// Paragraphs and lists stand apart by half a line, as the blank lines of the Markdown ask; list
+// items keep together.
+void spaceBlocks(QTextDocument& document, int gap) {
+    QTextCursor cursor(&document);
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextBlock next = block.next();
+        if (!next.isValid()) break;
+        if (block.textList() && next.textList()) continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setBottomMargin(std::max<qreal>(format.bottomMargin(), gap));
+        cursor.setPosition(block.position());
+        cursor.setBlockFormat(format);
     }
 }
 
@@ -82,6 +99,7 @@ QString MarkdownLabel::html(const QString& markdown, const QFont& font, const QC
     document.setMarkdown(markdown, QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectGitHub) |
                                        QTextDocument::MarkdownNoHTML);
     replaceImages(document);
+    spaceBlocks(document, QFontMetrics(font).lineSpacing() / 2);
     shadeCode(document, codeShade);
     return document.toHtml();
 }
