@@ -2,8 +2,10 @@
 
 #include "agents/AgentAttachmentFiles.h"
 #include "agents/AgentCenter.h"
+#include "agents/AgentConversationPresence.h"
 #include "agents/InMemoryAgentPersistence.h"
 #include "agents/ui/ActionChip.h"
+#include "agents/ui/ApprovalCard.h"
 #include "agents/ui/AttachmentChip.h"
 #include "agents/ui/AttachmentTray.h"
 #include "agents/ui/ChatComposer.h"
@@ -61,8 +63,9 @@ QPalette warmPalette() {
 }
 
 // A real center on in-memory stores and a real note store, answering through a scripted model,
-// with the chat window of one agent on screen.
+// with the chat window of one agent on screen and registered as its conversation.
 struct Fixture {
+    AgentConversationPresence presence;
     std::shared_ptr<InMemoryNotePersistence> notePersistence = std::make_shared<InMemoryNotePersistence>();
     NoteStore notes{notePersistence};
     std::shared_ptr<InMemoryAgentPersistence> persistence = std::make_shared<InMemoryAgentPersistence>();
@@ -77,13 +80,14 @@ struct Fixture {
         center = std::make_unique<AgentCenter>(
             persistence, &notes, files, [s](const Agent&) { return std::make_unique<test::ScriptedChatModel>(s); }, nullptr,
             false);
+        center->unread().observe(presence);
         scout.name = QStringLiteral("Scout");
         scout.emoji = QStringLiteral("🦊");
         scout.color = NoteColor::peach;
         scout.provider = AIProviderKind::claude;
         scout.access = NoteAccess::readWrite;
         center->save(scout);
-        window = std::make_unique<AgentChatWindow>(*center, scout.id);
+        window = std::make_unique<AgentChatWindow>(*center, scout.id, &presence);
         window->resize(560, 720);
         window->show();
         window->activateWindow();
@@ -368,6 +372,66 @@ TEST(AgentChatWindow, TheWindowClosesWhenItsAgentIsDeleted) {
     EXPECT_EQ(f.window->windowTitle(), QStringLiteral("Scout Prime"));
     ASSERT_TRUE(f.center->remove(f.scout.id));
     EXPECT_FALSE(f.window->isVisible());
+}
+
+QCoro::Task<> ask(AgentCenter* center, MCPApprovalRequest request, std::shared_ptr<std::optional<MCPApprovalDecision>> answer) {
+    *answer = co_await center->requestApproval(std::move(request), std::nullopt, CancelToken());
+}
+
+MCPApprovalRequest request(const QString& agentID, std::optional<QString> jobTitle = std::nullopt) {
+    return {newId(),
+            agentID,
+            QStringLiteral("github"),
+            QStringLiteral("GitHub"),
+            QStringLiteral("create_issue"),
+            QStringLiteral("Create issue"),
+            {{QStringLiteral("repo"), QStringLiteral("tarnvale/vuro")},
+             {QStringLiteral("title"), QStringLiteral("Crash when a note is empty")},
+             {QStringLiteral("body"), QStringLiteral("Steps: open the Shelf, add a blank note, close it. The app quits.")}},
+            std::move(jobTitle)};
+}
+
+TEST(AgentChatWindow, AsksForApprovalInPlaceAndPassesTheAnswerOn) {
+    Fixture f;
+    struct Case {
+        QPushButton* (ApprovalCard::*button)() const;
+        MCPApprovalDecision decision;
+    };
+    const Case cases[] = {
+        {&ApprovalCard::allowOnceButton, MCPApprovalDecision::allowOnce},
+        {&ApprovalCard::allowAlwaysButton, MCPApprovalDecision::allowAlways},
+        {&ApprovalCard::denyButton, MCPApprovalDecision::deny},
+    };
+    Agent other;
+    other.name = QStringLiteral("Other");
+    f.center->save(other);
+    for (const Case& each : cases) {
+        auto answer = std::make_shared<std::optional<MCPApprovalDecision>>();
+        auto elsewhere = std::make_shared<std::optional<MCPApprovalDecision>>();
+        ask(f.center.get(), request(f.scout.id), answer);
+        ask(f.center.get(), request(other.id), elsewhere);  // another agent's question stays in its own chat
+        ASSERT_EQ(f.window->approvalCards().size(), 1);
+        EXPECT_EQ(f.window->transcript()->activityLabel()->text(), QStringLiteral("Waiting for your OK…"));
+        if (each.decision == MCPApprovalDecision::allowOnce) screenshot(*f.window, QStringLiteral("agent-chat-approval"));
+        QTest::mouseClick((f.window->approvalCards().first()->*each.button)(), Qt::LeftButton);
+        QTest::qWait(30);
+        EXPECT_EQ(*answer, each.decision);
+        EXPECT_FALSE(elsewhere->has_value());
+        EXPECT_TRUE(f.window->approvalCards().isEmpty());
+        EXPECT_FALSE(f.window->transcript()->activityLabel()->isVisible());
+        f.center->answer(f.center->pendingApprovals().first().id, MCPApprovalDecision::deny);
+        EXPECT_EQ(*elsewhere, MCPApprovalDecision::deny);
+    }
+
+    // A job's question says which job asks.
+    auto answer = std::make_shared<std::optional<MCPApprovalDecision>>();
+    ask(f.center.get(), request(f.scout.id, QStringLiteral("Weekly triage")), answer);
+    ASSERT_EQ(f.window->approvalCards().size(), 1);
+    QStringList texts;
+    for (QLabel* label : f.window->approvalCards().first()->findChildren<QLabel*>()) texts.append(label->text());
+    EXPECT_TRUE(texts.join(QLatin1Char('\n')).contains(QStringLiteral("For the job “Weekly triage”."))) << texts.join(QLatin1Char('|')).toStdString();
+    screenshot(*f.window, QStringLiteral("agent-chat-approval-job"));
+    f.center->answer(f.center->pendingApprovals().first().id, MCPApprovalDecision::deny);
 }
 
 // A model's text is not trusted: nothing in it may load a file, run markup or reach the network.

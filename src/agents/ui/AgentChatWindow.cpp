@@ -2,6 +2,8 @@
 
 #include "agents/AgentActivityWords.h"
 #include "agents/AgentCenter.h"
+#include "agents/AgentConversationPresence.h"
+#include "agents/ui/ApprovalCard.h"
 #include "agents/ui/AgentAvatar.h"
 #include "agents/ui/AttachmentTray.h"
 #include "agents/ui/ChatComposer.h"
@@ -26,8 +28,9 @@
 
 namespace vuro {
 
-AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, QWidget* parent)
-    : QWidget(parent, Qt::Window), _center(&center), _agentID(std::move(agentID)), _avatar(new AgentAvatar(36)),
+AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, AgentConversationPresence* presence,
+                                 QWidget* parent)
+    : QWidget(parent, Qt::Window), _center(&center), _agentID(std::move(agentID)), _presence(presence), _avatar(new AgentAvatar(36)),
       _name(new QLabel), _route(new QLabel), _more(new QToolButton), _transcript(new ChatTranscript(center)),
       _tray(new AttachmentTray), _status(new ErrorLabel), _attach(new QToolButton), _composer(new ChatComposer),
       _send(new QPushButton) {
@@ -122,6 +125,7 @@ AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, QWidget* 
     connect(&center, &AgentCenter::replyingChanged, this, &AgentChatWindow::updateReplying);
     connect(&center, &AgentCenter::activityChanged, this, &AgentChatWindow::updateActivity);
     connect(&center, &AgentCenter::agentsChanged, this, &AgentChatWindow::updateAgent);
+    connect(&center, &AgentCenter::pendingApprovalsChanged, this, &AgentChatWindow::updateApprovals);
     connect(_composer, &ChatComposer::submitted, this, &AgentChatWindow::send);
     connect(_composer, &ChatComposer::filesOffered, this, &AgentChatWindow::addFiles);
     connect(_composer, &QPlainTextEdit::textChanged, this, &AgentChatWindow::updateSendButton);
@@ -131,11 +135,14 @@ AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, QWidget* 
 
     updateAgent();
     refresh();
+    updateApprovals();
     updateReplying();
     _composer->setFocus();
 }
 
-AgentChatWindow::~AgentChatWindow() = default;
+AgentChatWindow::~AgentChatWindow() {
+    if (_presence && _presenceToken) _presence->remove(_presenceToken);
+}
 
 QLabel* AgentChatWindow::statusLabel() const { return _status; }
 
@@ -160,7 +167,6 @@ void AgentChatWindow::updateAgent() {
 void AgentChatWindow::refresh() {
     if (!_center) return;
     _transcript->setMessages(_center->conversation(_agentID));
-    if (isVisible() && !isMinimized()) markRead();
 }
 
 void AgentChatWindow::updateReplying() {
@@ -187,6 +193,34 @@ void AgentChatWindow::updateSendButton() {
     _send->setToolTip(tr("Send (Enter); Shift+Enter for a new line"));
     const bool hasSomething = !Text::trimmed(_composer->toPlainText()).isEmpty() || !_tray->drafts().isEmpty();
     _send->setEnabled(hasSomething && !_tray->isBusy());
+}
+
+void AgentChatWindow::updateApprovals() {
+    if (!_center) return;
+    QList<ApprovalCard*> kept;
+    QList<ApprovalCard*> old = _approvals;
+    bool added = false;
+    for (const MCPApprovalRequest& request : _center->pendingApprovals()) {
+        if (request.agentID != _agentID) continue;
+        const auto found = std::find_if(old.begin(), old.end(), [&](ApprovalCard* card) { return card->requestID() == request.id; });
+        if (found != old.end()) {
+            kept.append(*found);
+            old.erase(found);
+            continue;
+        }
+        auto* card = new ApprovalCard(*_center, request);
+        _transcript->cardColumn()->addWidget(card);
+        kept.append(card);
+        added = true;
+    }
+    for (ApprovalCard* answered : old) {
+        // The answer may come from the card's own button, still on the stack.
+        answered->hide();
+        answered->deleteLater();
+    }
+    _approvals = kept;
+    if (added) _transcript->scrollToBottom();
+    updateActivity();
 }
 
 void AgentChatWindow::sendOrStop() {
@@ -238,6 +272,7 @@ void AgentChatWindow::markRead() {
 
 void AgentChatWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    if (_presence && !_presenceToken) _presenceToken = _presence->add(_agentID, windowHandle());
     markRead();
     _transcript->scrollToBottom();
 }

@@ -13,6 +13,8 @@ namespace vuro {
 
 class AgentAvatar;
 class AgentCenter;
+class AgentConversationPresence;
+class ApprovalCard;
 class AttachmentTray;
 class ChatComposer;
 class ChatTranscript;
@@ -22,11 +24,13 @@ class ErrorLabel;
 // and the box to write in. Everything it shows comes from the AgentCenter and is redrawn when the
 // center reports a change, so that several windows and the rest of the program stay in step.
 // A message that can't be sent stays in the box with the sentence that says why. The window
-// closes itself when its agent is deleted. Main thread.
+// closes itself when its agent is deleted. While it is shown it counts as the agent's conversation
+// on screen, so that replies arriving then leave no unread mark. Main thread.
 class AgentChatWindow : public QWidget {
     Q_OBJECT
 public:
-    AgentChatWindow(AgentCenter& center, QString agentID, QWidget* parent = nullptr);
+    AgentChatWindow(AgentCenter& center, QString agentID, AgentConversationPresence* presence = nullptr,
+                    QWidget* parent = nullptr);
     ~AgentChatWindow() override;
 
     const QString& agentID() const { return _agentID; }
@@ -44,6 +48,7 @@ public:
     AttachmentTray* tray() const { return _tray; }
     QPushButton* sendButton() const { return _send; }
     QLabel* statusLabel() const;
+    QList<ApprovalCard*> approvalCards() const { return _approvals; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -58,12 +63,16 @@ private:
     void updateReplying();
     void updateActivity();
     void updateSendButton();
+    void updateApprovals();
     void chooseFiles();
     void sendOrStop();
     void markRead();
 
     QPointer<AgentCenter> _center;
     QString _agentID;
+    QPointer<AgentConversationPresence> _presence;
+    int _presenceToken = 0;
+    QList<ApprovalCard*> _approvals;
     QTimer _refreshSoon;
     AgentAvatar* _avatar;
     QLabel* _name;

@@ -3,11 +3,14 @@
 #include "app/AppEnvironment.h"
 
 #include <QObject>
+#include <QString>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace vuro {
 
+class AgentChatWindow;
 class DeckManager;
 class MenuBarController;
 class NotesWindow;
@@ -43,6 +46,10 @@ public:
     // Asks whether to quit with unsaved notes; the modal dialog unless a test replaces it.
     std::function<bool(const QString& lastError)> confirmQuit;
 
+    // The chat with one agent, one window per agent, kept while the agent exists.
+    void showAgentChat(const QString& agentID);
+    AgentChatWindow* agentChat(const QString& agentID) const;
+
 Q_SIGNALS:
     // The Notes window on its All Notes section.
     void notesWindowRequested();
@@ -51,12 +58,14 @@ Q_SIGNALS:
 
 private:
     void showNotesWindow();
+    void updateAgents();
 
     std::unique_ptr<AppEnvironment> _environment;
     std::unique_ptr<MenuBarController> _menuBar;
     std::unique_ptr<QtDeckHost> _deckHost;
     std::unique_ptr<DeckManager> _deckManager;
     std::unique_ptr<NotesWindow> _notesWindow;
+    std::map<QString, std::unique_ptr<AgentChatWindow>> _chatWindows;
 };
 
 }  // namespace vuro
