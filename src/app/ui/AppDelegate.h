@@ -5,11 +5,14 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace vuro {
 
+class AgentChatWindow;
 class AgentEditorWindow;
 class CommandBar;
 class CommandBarModel;
@@ -58,6 +61,10 @@ public:
     // Asks whether to quit with unsaved notes; the modal dialog unless a test replaces it.
     std::function<bool(const QString& lastError)> confirmQuit;
 
+    // The chat with one agent, one window per agent, kept while the agent exists.
+    void showAgentChat(const QString& agentID);
+    AgentChatWindow* agentChat(const QString& agentID) const;
+
 Q_SIGNALS:
     // The Notes window on its All Notes section.
     void notesWindowRequested();
@@ -66,6 +73,7 @@ Q_SIGNALS:
 
 private:
     void showNotesWindow();
+    void updateAgents();
 
     std::unique_ptr<AppEnvironment> _environment;
     std::unique_ptr<MenuBarController> _menuBar;
@@ -77,6 +85,7 @@ private:
     std::unique_ptr<CommandBar> _commandBar;
     std::unique_ptr<GlobalShortcut> _tellVuroShortcut;
     QHash<QString, QPointer<AgentEditorWindow>> _agentEditors;
+    std::map<QString, std::unique_ptr<AgentChatWindow>> _chatWindows;
 };
 
 }  // namespace vuro
