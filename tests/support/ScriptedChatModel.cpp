@@ -19,6 +19,7 @@ QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<ChatScript> script, RunTo
             const AgentToolCall call = std::get<AgentToolCall>(step);
             co_yield AgentEvent::toolStarted(call.name);
             const AgentToolOutcome outcome = co_await runTool(call);
+            script->outputs.append(outcome.output);
             for (AgentEvent event : actionEvents(outcome)) co_yield event;
         }
     }
@@ -28,9 +29,10 @@ QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<ChatScript> script, RunTo
 }  // namespace
 
 QCoro::AsyncGenerator<AgentEvent> ScriptedChatModel::streamReply(QString system, QList<ChatTurn> turns,
-                                                                 QList<AgentToolSpec>, RunTool runTool) const {
+                                                                 QList<AgentToolSpec> tools, RunTool runTool) const {
     _script->sentSystem = system;
     _script->sentTurns = turns;
+    _script->sentTools = tools;
     return play(_script, std::move(runTool));
 }
 

@@ -18,6 +18,8 @@ struct ChatScript {
     QString failure;
     QList<ChatTurn> sentTurns;
     QString sentSystem;
+    QList<AgentToolSpec> sentTools;
+    QStringList outputs;  // what each tool call answered
 };
 
 // A cloud model that plays a ChatScript. Each stream reads the script when it is started.
