@@ -25,7 +25,7 @@ TEST(MenuBarController, AgentsSubmenuOpensChatsAndShowsUnreadReplies) {
     ASSERT_GE(notes, 0);
     ASSERT_LT(notes + 1, top.size());
     EXPECT_EQ(top[notes + 1], QStringLiteral("Agents"));
-    EXPECT_FALSE(bar.agentsMenu()->isEnabled());  // no agents yet
+    EXPECT_EQ(texts(bar.agentsMenu()), QStringList{QStringLiteral("New Agent…")});  // no agents yet
 
     struct Case {
         QList<MenuBarController::AgentEntry> agents;
@@ -33,15 +33,14 @@ TEST(MenuBarController, AgentsSubmenuOpensChatsAndShowsUnreadReplies) {
         QString title;
     };
     const Case cases[] = {
-        {{{"vuro.notes", "V", "Vuro", false}, {"A1", "🦊", "Scout", false}}, {"V Vuro", "🦊 Scout"}, "Agents"},
-        {{{"vuro.notes", "V", "Vuro", false}, {"A1", "🦊", "Scout", true}}, {"V Vuro", "🦊 Scout  ●"}, "Agents  ●"},
-        {{{"A2", "", "Agent", true}}, {"Agent  ●"}, "Agents  ●"},
+        {{{"vuro.notes", "V", "Vuro", false}, {"A1", "🦊", "Scout", false}}, {"V Vuro", "🦊 Scout", "New Agent…"}, "Agents"},
+        {{{"vuro.notes", "V", "Vuro", false}, {"A1", "🦊", "Scout", true}}, {"V Vuro", "🦊 Scout  ●", "New Agent…"}, "Agents  ●"},
+        {{{"A2", "", "Agent", true}}, {"Agent  ●", "New Agent…"}, "Agents  ●"},
     };
     for (const Case& each : cases) {
         bar.setAgents(each.agents);
         EXPECT_EQ(texts(bar.agentsMenu()), each.entries);
         EXPECT_EQ(bar.agentsMenu()->title(), each.title);
-        EXPECT_TRUE(bar.agentsMenu()->isEnabled());
     }
 
     QSignalSpy opened(&bar, &MenuBarController::agentChatRequested);
@@ -49,6 +48,11 @@ TEST(MenuBarController, AgentsSubmenuOpensChatsAndShowsUnreadReplies) {
     bar.agentsMenu()->actions().at(1)->trigger();
     ASSERT_EQ(opened.count(), 1);
     EXPECT_EQ(opened.first().first().toString(), QStringLiteral("A1"));
+
+    QSignalSpy editing(&bar, &MenuBarController::agentEditorRequested);
+    bar.agentsMenu()->actions().last()->trigger();
+    ASSERT_EQ(editing.count(), 1);
+    EXPECT_TRUE(editing.first().first().toString().isEmpty());
 }
 
 }  // namespace

@@ -62,6 +62,7 @@ AgentChatWindow::AgentChatWindow(AgentCenter& center, QString agentID, AgentConv
     names->addWidget(_route);
     headerRow->addLayout(names, 1);
     auto* menu = new QMenu(_more);
+    menu->addAction(tr("Edit Agent…"), this, [this] { Q_EMIT editRequested(_agentID); });
     QAction* clear = menu->addAction(tr("Clear Conversation…"), this, &AgentChatWindow::clearConversation);
     clear->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backspace));
     clear->setShortcutContext(Qt::WindowShortcut);

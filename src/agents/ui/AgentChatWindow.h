@@ -50,6 +50,10 @@ public:
     QLabel* statusLabel() const;
     QList<ApprovalCard*> approvalCards() const { return _approvals; }
 
+Q_SIGNALS:
+    // The user asked to change the agent's persona, model or access.
+    void editRequested(const QString& agentID);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -49,6 +49,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(_menuBar.get(), &MenuBarController::settingsRequested, this, &AppDelegate::showSettings);
     connect(this, &AppDelegate::notesWindowRequested, this, &AppDelegate::showNotesWindow);
     connect(_menuBar.get(), &MenuBarController::agentChatRequested, this, &AppDelegate::showAgentChat);
+    connect(_menuBar.get(), &MenuBarController::agentEditorRequested, this, &AppDelegate::showAgentEditor);
     updateAgents();
     _menuBar->start();
 
@@ -114,7 +115,10 @@ void AppDelegate::showAgentChat(const QString& agentID) {
     AgentCenter& agents = _environment->agents();
     if (!agents.agent(agentID)) return;
     auto& window = _chatWindows[agentID];
-    if (!window) window = std::make_unique<AgentChatWindow>(agents, agentID, &_environment->presence());
+    if (!window) {
+        window = std::make_unique<AgentChatWindow>(agents, agentID, &_environment->presence());
+        connect(window.get(), &AgentChatWindow::editRequested, this, &AppDelegate::showAgentEditor);
+    }
     window->show();
     window->raise();
     window->activateWindow();

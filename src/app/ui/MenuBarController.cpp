@@ -67,8 +67,9 @@ void MenuBarController::setAgents(const QList<AgentEntry>& agents) {
         connect(action, &QAction::triggered, this, [this, id] { Q_EMIT agentChatRequested(id); });
         anyUnread = anyUnread || agent.unread;
     }
+    _agents->addSeparator();
+    _agents->addAction(tr("New Agent…"), this, [this] { Q_EMIT agentEditorRequested(QString()); });
     _agents->setTitle(anyUnread ? tr("Agents") + QStringLiteral("  ●") : tr("Agents"));
-    _agents->setEnabled(!agents.isEmpty());
 }
 
 bool MenuBarController::start() {

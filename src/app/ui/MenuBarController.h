@@ -44,6 +44,8 @@ Q_SIGNALS:
     void tellVuroRequested();
     void settingsRequested();
     void agentChatRequested(const QString& agentID);
+    // An empty identifier asks for a new agent.
+    void agentEditorRequested(const QString& agentID);
     void quitRequested();
 
 private:
