@@ -163,11 +163,11 @@ TEST(NoteFactsCache, RecomputesOnlyWhenTheNoteChanges) {
     NoteFactsCache cache;
     Note note = makeNote("n", "Title", "first body", 0);
     const NoteFacts* before = &cache.facts(note);
-    EXPECT_TRUE(before->haystack.contains(u("first")));
+    EXPECT_TRUE(before->haystack.contains("first"));
     EXPECT_EQ(&cache.facts(note), before);  // unchanged: the same entry, not a recomputation
 
     note.body = u("second body");
-    EXPECT_TRUE(cache.facts(note).haystack.contains(u("second")));
+    EXPECT_TRUE(cache.facts(note).haystack.contains("second"));
     note.tags = list({"Fresh"});
     EXPECT_EQ(cache.facts(note).tagKeys, list({"fresh"}));
     note.origin = NoteOrigin::agent(u("A"), u("R"), u("Agent"));
