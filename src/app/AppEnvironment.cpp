@@ -1,6 +1,8 @@
 #include "app/AppEnvironment.h"
 
+#include "base/Defaults.h"
 #include "base/TestHost.h"
+#include "inbox/DefaultsUnreadDropStore.h"
 #include "notes/InMemoryNotePersistence.h"
 #include "storage/SealedStorage.h"
 
@@ -13,7 +15,8 @@ AppEnvironment::AppEnvironment(Stores stores, std::chrono::milliseconds saveDela
                                std::chrono::milliseconds undoWindow, QObject* parent)
     : QObject(parent),
       _notes(std::make_unique<NoteStore>(std::move(stores.notes), saveDelay, undoWindow, std::move(stores.images),
-                                         std::move(stores.files))) {
+                                         std::move(stores.files))),
+      _inbox(std::make_unique<DropInbox>(*_notes, std::make_shared<DefaultsUnreadDropStore>(Defaults::standard()))) {
     currentEnvironment = this;
 }
 

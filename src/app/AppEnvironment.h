@@ -1,5 +1,6 @@
 #pragma once
 
+#include "inbox/DropInbox.h"
 #include "notes/NotePersistence.h"
 #include "notes/NoteStore.h"
 
@@ -37,9 +38,12 @@ public:
     static AppEnvironment* current();
 
     NoteStore& notes() const { return *_notes; }
+    // Where agents deliver their results; unread ids are kept in the preferences.
+    DropInbox& inbox() const { return *_inbox; }
 
 private:
     std::unique_ptr<NoteStore> _notes;
+    std::unique_ptr<DropInbox> _inbox;
 };
 
 }  // namespace vuro

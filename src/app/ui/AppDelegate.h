@@ -8,6 +8,8 @@
 
 namespace vuro {
 
+class AwayDigestWindow;
+class AwayMonitor;
 class DeckManager;
 class MenuBarController;
 class NotesWindow;
@@ -28,6 +30,7 @@ public:
     AppEnvironment& environment() const { return *_environment; }
     MenuBarController* menuBar() const { return _menuBar.get(); }
     DeckManager* deckManager() const { return _deckManager.get(); }
+    AwayDigestWindow* awayDigest() const { return _awayDigest.get(); }
 
     void applicationDidFinishLaunching();
     // A second start asked this copy to come forward.
@@ -57,6 +60,8 @@ private:
     std::unique_ptr<QtDeckHost> _deckHost;
     std::unique_ptr<DeckManager> _deckManager;
     std::unique_ptr<NotesWindow> _notesWindow;
+    std::unique_ptr<AwayMonitor> _awayMonitor;
+    std::unique_ptr<AwayDigestWindow> _awayDigest;
 };
 
 }  // namespace vuro
