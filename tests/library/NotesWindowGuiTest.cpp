@@ -131,7 +131,7 @@ TEST(NotesWindow, SearchNarrowsTheListAndShowsTheNote) {
     EXPECT_TRUE(f.store.note(id)->body.endsWith(QStringLiteral("\n- [ ] call Deniz tomorrow")));
     QTest::keyClick(editor, Qt::Key_Up);
     EXPECT_TRUE(f.store.note(id)->body.endsWith(QStringLiteral("\n- [ ] call Deniz 📅 2026-06-16")))
-        << f.store.note(id)->body;
+        << f.store.note(id)->body.toStdString();
     EXPECT_TRUE(editor->toPlainText().endsWith(QStringLiteral("☐ call Deniz 📅 2026-06-16")));
 
     f.window->searchLine()->clear();
