@@ -12,6 +12,8 @@
 #include "base/Text.h"
 #include "notes/NoteStore.h"
 
+#include <QTimer>
+#include <coroutine>
 #include <qcoro/qcoroasyncgenerator.h>
 
 namespace vuro {
@@ -19,10 +21,21 @@ namespace {
 
 const QString editedAfter = QStringLiteral("The note was edited after this, so it was left as it is.");
 
+// The toolboxes of one run, in the order a call tries them: the job toolbox for its own names,
+// then the abilities, then the notes.
+struct RunTools {
+    std::unique_ptr<AgentJobToolbox> jobs;
+    std::unique_ptr<AgentAbilities> abilities;
+    std::shared_ptr<NoteToolbox> notes;
+};
+
 // The tool runner handed to a model. A free coroutine: its arguments live in its own frame.
-QCoro::Task<AgentToolOutcome> runNoteTool(std::shared_ptr<NoteToolbox> toolbox, AgentToolCall call) {
+QCoro::Task<AgentToolOutcome> runTool(std::shared_ptr<RunTools> tools, AgentToolCall call) {
     const QString name = call.name;
-    if (auto outcome = co_await toolbox->run(std::move(call))) co_return *outcome;
+    if (tools->jobs && AgentJobToolbox::isJobTool(name)) co_return co_await tools->jobs->run(std::move(call));
+    if (tools->abilities)
+        if (auto outcome = co_await tools->abilities->run(call)) co_return *outcome;
+    if (auto outcome = co_await tools->notes->run(std::move(call))) co_return *outcome;
     co_return AgentToolOutcome{QStringLiteral("Unknown tool: ") + name, std::nullopt, {}};
 }
 
@@ -32,6 +45,29 @@ QCoro::Task<AgentToolOutcome> runNoteTool(std::shared_ptr<NoteToolbox> toolbox, 
 struct AgentCenter::Reply {
     CancelToken token;
     Result partial;
+    std::shared_ptr<ApprovalLog> log;
+};
+
+// One open question: the decision once it is known, and the task waiting for it.
+struct AgentCenter::ApprovalWaiter {
+    std::optional<MCPApprovalDecision> decision;
+    std::coroutine_handle<> waiting;
+    QTimer* timeout = nullptr;
+    CancelToken token;
+    int cancelCallback = 0;
+
+    void resume(MCPApprovalDecision answer) {
+        decision = answer;
+        if (const auto handle = std::exchange(waiting, {})) handle.resume();
+    }
+
+    // Holds no ownership: the waiting frame keeps the waiter alive.
+    struct Awaiter {
+        ApprovalWaiter* waiter;
+        bool await_ready() const { return waiter->decision.has_value(); }
+        void await_suspend(std::coroutine_handle<> handle) const { waiter->waiting = handle; }
+        MCPApprovalDecision await_resume() const { return *waiter->decision; }
+    };
 };
 
 AgentCenter::AgentCenter(std::shared_ptr<AgentPersistence> persistence, NoteStore* notes,
@@ -77,6 +113,13 @@ AgentCenter::AgentCenter(std::shared_ptr<AgentPersistence> persistence, NoteStor
 
 AgentCenter::~AgentCenter() {
     for (const auto& reply : std::as_const(_replies)) reply->token.cancel();
+    // Nobody will answer now: the tasks still waiting go on with a refusal and end.
+    const auto waiters = std::exchange(_approvalWaiters, {});
+    _pendingApprovals.clear();
+    for (const auto& waiter : waiters) {
+        waiter->token.removeOnCancel(waiter->cancelCallback);
+        waiter->resume(MCPApprovalDecision::deny);
+    }
 }
 
 template <typename F>
@@ -117,6 +160,8 @@ const QList<AgentMessage>& AgentCenter::conversation(const QString& agentID) {
 }
 
 std::optional<QString> AgentCenter::activity(const QString& agentID) const {
+    for (const MCPApprovalRequest& request : _pendingApprovals)
+        if (request.agentID == agentID && !request.jobTitle) return QStringLiteral("mcp.approval");
     const auto found = _toolActivity.constFind(agentID);
     if (found == _toolActivity.constEnd()) return std::nullopt;
     return *found;
@@ -208,35 +253,124 @@ bool AgentCenter::send(const QString& text, const QList<AgentAttachmentDraft>& a
     QList<AgentMessage> history = _conversations.value(agentID);
     history.removeLast();
     const QList<ChatTurn> turns = AgentPrompt::turns(history, AgentRouteBudget::of(*found).history);
+    Run run;
+    run.messageID = replyMessage.id;
     auto state = std::make_shared<Reply>();
+    state->log = run.log;
     _replies.insert(agentID, state);
-    reply(agentID, replyMessage.id, turns, state->token);
+    reply(agentID, std::move(run), turns, state->token);
     return true;
 }
 
 void AgentCenter::cancelReply(const QString& agentID) {
     const auto state = _replies.value(agentID);
     if (!state) return;
+    // A question the reply waits on is answered with a refusal, and logged, before the reply ends.
     state->token.cancel();
     // The reply ends now with what it had; the model's stream stops when its task next wakes.
     const auto messageID = [&]() -> QString {
         const auto& messages = _conversations.value(agentID);
         return messages.isEmpty() ? QString() : messages.last().id;
     }();
-    finish(agentID, messageID, state->partial);
+    Result partial = state->partial;
+    partial.approvals = state->log->records;
+    finish(agentID, messageID, partial);
 }
 
-QCoro::Task<> AgentCenter::reply(QString agentID, QString messageID, QList<ChatTurn> turns, CancelToken token) {
+QCoro::Task<> AgentCenter::reply(QString agentID, Run run, QList<ChatTurn> turns, CancelToken token) {
     QPointer<AgentCenter> self(this);
+    const QString messageID = run.messageID.value_or(QString());
+    const auto log = run.log;
     Result result;
     try {
         const auto found = agent(agentID);
-        if (found) result = co_await runOnce(*found, std::move(turns), messageID, token);
+        if (found) result = co_await runOnce(*found, std::move(turns), std::move(run), token);
     } catch (...) {
         result.failure = QStringLiteral("The reply failed.");
+        result.approvals = log->records;
     }
     if (!self || token.isCancelled()) co_return;
     finish(agentID, messageID, result);
+}
+
+QCoro::Task<MCPApprovalDecision> AgentCenter::requestApproval(MCPApprovalRequest request,
+                                                              std::optional<std::chrono::milliseconds> timeout,
+                                                              CancelToken token) {
+    if (token.isCancelled() || _approvalWaiters.contains(request.id)) co_return MCPApprovalDecision::deny;
+    const QString id = request.id;
+    auto waiter = std::make_shared<ApprovalWaiter>();
+    waiter->token = token;
+    _approvalWaiters.insert(id, waiter);
+    _pendingApprovals.append(std::move(request));
+    if (timeout) {
+        waiter->timeout = new QTimer(this);
+        waiter->timeout->setSingleShot(true);
+        connect(waiter->timeout, &QTimer::timeout, this, [this, id] { answer(id, MCPApprovalDecision::noAnswer); });
+        waiter->timeout->start(*timeout);
+    }
+    QPointer<AgentCenter> self(this);
+    waiter->cancelCallback = token.onCancel([self, id] {
+        if (self)
+            QMetaObject::invokeMethod(self.data(), [self, id] {
+                if (self) self->answer(id, MCPApprovalDecision::deny);
+            });
+    });
+    Q_EMIT pendingApprovalsChanged();
+    Q_EMIT activityChanged();
+    // Everything is settled by answer() before this wakes; the center may be gone by then. The
+    // awaiter is a named local: g++ 12 mishandles temporaries inside a co_await expression.
+    ApprovalWaiter::Awaiter decided{waiter.get()};
+    const MCPApprovalDecision decision = co_await decided;
+    co_return decision;
+}
+
+void AgentCenter::answer(const QString& requestID, MCPApprovalDecision decision) {
+    const auto waiter = _approvalWaiters.take(requestID);
+    if (!waiter) return;
+    _pendingApprovals.removeIf([&requestID](const MCPApprovalRequest& each) { return each.id == requestID; });
+    if (waiter->timeout) {
+        waiter->timeout->stop();
+        waiter->timeout->deleteLater();  // this may be its own signal
+        waiter->timeout = nullptr;
+    }
+    waiter->token.removeOnCancel(waiter->cancelCallback);
+    Q_EMIT pendingApprovalsChanged();
+    Q_EMIT activityChanged();
+    waiter->resume(decision);
+}
+
+QCoro::Task<MCPApprovalDecision> AgentCenter::askUser(QPointer<AgentCenter> center, std::shared_ptr<ApprovalLog> log,
+                                                      MCPApprovalRequest request,
+                                                      std::optional<std::chrono::milliseconds> timeout, CancelToken token) {
+    MCPApprovalDecision decision = MCPApprovalDecision::deny;
+    if (center) decision = co_await center->requestApproval(request, timeout, token);
+    log->records.append(MCPApprovalRecord::of(request, decision, Clock::now()));
+    co_return decision;
+}
+
+AgentAbilities::Setup AgentCenter::abilitiesSetup(const Agent& agent, const AgentRouteBudget& budget, const Run& run,
+                                                  const CancelToken& token) {
+    AgentAbilities::Setup setup;
+    setup.agent = agent;
+    setup.budget = budget;
+    setup.turkish = _turkish;
+    setup.preApproved = run.preApproved;
+    const auto log = run.log;
+    if (run.interactive) {
+        QPointer<AgentCenter> self(this);
+        // A chat waits as long as the user takes; a job that can ask waits a while, then goes on.
+        const std::optional<std::chrono::milliseconds> timeout =
+            run.jobID ? std::optional(jobApprovalTimeout) : std::nullopt;
+        setup.approve = [self, log, timeout, token](MCPApprovalRequest request) {
+            return askUser(self, log, std::move(request), timeout, token);
+        };
+    }
+    setup.onPreApproved = [log](const MCPApprovalRequest& request) {
+        MCPApprovalRecord record = MCPApprovalRecord::of(request, MCPApprovalDecision::allowOnce, Clock::now());
+        record.outcome = MCPApprovalRecord::Outcome::allowedByJob;
+        log->records.append(record);
+    };
+    return setup;
 }
 
 QCoro::Task<QList<ChatTurn>> AgentCenter::readyAttachments(QList<ChatTurn> turns, QList<AgentAttachment::Kind> native,
@@ -273,9 +407,10 @@ QCoro::Task<QList<ChatTurn>> AgentCenter::readyAttachments(QList<ChatTurn> turns
     co_return turns;
 }
 
-QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTurn> turns,
-                                                      std::optional<QString> messageID, CancelToken token) {
+QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTurn> turns, Run run, CancelToken token) {
     QPointer<AgentCenter> self(this);
+    const QString agentID = agent.id;
+    const auto log = run.log;
     Result result;
     std::unique_ptr<ChatModel> model;
     try {
@@ -289,28 +424,49 @@ QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTur
         co_return result;
     }
     const AgentRouteBudget budget = AgentRouteBudget::of(agent);
+    const bool onDevice = budget.route == AgentRouteBudget::Route::onDevice;
     turns = co_await readyAttachments(std::move(turns), model->nativeAttachments(), budget.attachments);
     if (!self || token.isCancelled()) co_return result;
 
-    auto toolbox = std::make_shared<NoteToolbox>(*_notes, agent.access, budget.outputLimit, [] { return Clock::now(); },
-                                                 agent.memory, _turkish);
-    const QString agentID = agent.id;
-    toolbox->onMemoryChange = [self, agentID](const QString& memory) {
+    auto tools = std::make_shared<RunTools>();
+    tools->notes = std::make_shared<NoteToolbox>(*_notes, agent.access, budget.outputLimit,
+                                                 [] { return Clock::now(); }, agent.memory, _turkish);
+    tools->notes->onMemoryChange = [self, agentID](const QString& memory) {
         if (!self) return;
         if (auto found = self->agent(agentID)) {
             found->memory = memory;
             self->save(*found);
         }
     };
-    const QString system = AgentPrompt::systemText(agent, budget, Clock::now(), _turkish);
-    const QString request = turns.isEmpty() ? QString() : turns.last().text;
-    const QList<AgentToolSpec> tools =
-        NoteToolbox::tools(agent.access, budget.route == AgentRouteBudget::Route::onDevice, request, _turkish);
-    RunTool runTool = [toolbox](AgentToolCall call) { return runNoteTool(toolbox, std::move(call)); };
+    if (abilitiesFor) {
+        if (!agent.mcpServers.isEmpty()) setActivity(agentID, QStringLiteral("mcp.connecting"));
+        tools->abilities = co_await abilitiesFor(abilitiesSetup(agent, budget, run, token));
+        if (!self || token.isCancelled()) co_return result;
+        setActivity(agentID, std::nullopt);
+    }
+    QString system = AgentPrompt::systemText(agent, budget, Clock::now(), _turkish);
+    if (tools->abilities)
+        if (const auto prompt = tools->abilities->prompt(); prompt && !prompt->isEmpty())
+            system += QStringLiteral("\n\n") + *prompt;
 
-    const auto state = _replies.value(agentID);
+    const QString request = turns.isEmpty() ? QString() : Text::trimmed(turns.last().text);
+    if (jobToolboxFor && !turns.isEmpty())
+        tools->jobs = jobToolboxFor({agent, request, onDevice, _turkish, run.jobID});
+
+    QList<AgentToolSpec> specs = NoteToolbox::tools(agent.access, onDevice, request, _turkish);
+    if (tools->abilities) specs += tools->abilities->tools();
+    if (tools->jobs) {
+        const QList<AgentToolSpec> jobTools = tools->jobs->tools();
+        if (!jobTools.isEmpty()) {
+            specs += jobTools;
+            system += QStringLiteral("\n\n") + tools->jobs->prompt();
+        }
+    }
+    RunTool toolRunner = [tools](AgentToolCall call) { return runTool(tools, std::move(call)); };
+
+    const auto state = run.messageID ? _replies.value(agentID) : nullptr;
     try {
-        auto stream = model->streamReply(system, turns, tools, runTool);
+        auto stream = model->streamReply(system, turns, specs, toolRunner);
         auto it = co_await stream.begin();
         while (self && !token.isCancelled() && it != stream.end()) {
             const AgentEvent event = *it;
@@ -324,12 +480,14 @@ QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTur
                     if (auto* memory = std::get_if<AgentUndo::RestoreMemory>(&action.undo->value)) memory->agentID = agentID;
                 result.actions.append(action);
             }
+            result.approvals = log->records;
             if (state) state->partial = result;
-            if (messageID)
-                if (AgentMessage* shown = message(agentID, *messageID)) {
+            if (run.messageID)
+                if (AgentMessage* shown = message(agentID, *run.messageID)) {
                     AgentMessage updated = *shown;
                     updated.text = result.text;
                     updated.actions = result.actions;
+                    updated.approvals = result.approvals;
                     publish(updated);
                 }
             co_await ++it;
@@ -340,6 +498,8 @@ QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTur
         if (!token.isCancelled()) result.failure = QString::fromUtf8(error.what());
     }
     if (self) setActivity(agentID, std::nullopt);
+    if (tools->abilities) result.unattended = tools->abilities->unattended();
+    result.approvals = log->records;
     co_return result;
 }
 
@@ -350,8 +510,10 @@ void AgentCenter::finish(const QString& agentID, const QString& messageID, const
         updated.text = result.text;
         updated.actions = result.actions;
         updated.failure = result.failure;
-        if (updated.text.isEmpty() && updated.actions.isEmpty() && !updated.failure) {
-            // A reply cancelled before its first word leaves no trace.
+        updated.approvals = result.approvals;
+        if (updated.text.isEmpty() && updated.actions.isEmpty() && !updated.failure && updated.approvals.isEmpty()) {
+            // A reply cancelled before its first word leaves no trace; one that asked the user
+            // something keeps the record of it.
             auto& messages = _conversations[agentID];
             messages.removeIf([&messageID](const AgentMessage& each) { return each.id == messageID; });
             removed = true;

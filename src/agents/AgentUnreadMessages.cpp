@@ -1,10 +1,11 @@
 #include "agents/AgentUnreadMessages.h"
 
+#include "agents/AgentConversationPresence.h"
 #include "base/Defaults.h"
 
 namespace vuro {
 namespace {
-const QString key = QStringLiteral("agentUnread");
+const QString key = QStringLiteral("unreadAgentIDs");
 }
 
 AgentUnreadMessages::AgentUnreadMessages(Defaults* store, QObject* parent) : QObject(parent), _store(store) {
@@ -27,6 +28,16 @@ void AgentUnreadMessages::keepOnly(const QSet<QString>& existing) {
     if (kept == _agentIDs) return;
     _agentIDs = kept;
     save();
+}
+
+void AgentUnreadMessages::observe(const AgentConversationPresence& presence) {
+    const AgentConversationPresence* source = &presence;
+    isOnScreen = [source](const QString& agentID) { return source->isOnScreen(agentID); };
+    connect(source, &AgentConversationPresence::presenceChanged, this, [this, source] {
+        const QSet<QString> marked = _agentIDs;
+        for (const QString& agentID : marked)
+            if (source->isOnScreen(agentID)) clear(agentID);
+    });
 }
 
 void AgentUnreadMessages::save() {

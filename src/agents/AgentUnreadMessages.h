@@ -7,10 +7,11 @@
 
 namespace vuro {
 
+class AgentConversationPresence;
 class Defaults;
 
 // Which agents have replies the user hasn't seen. A reply to an agent whose conversation is on
-// screen leaves no mark. The set is kept in the preferences under "agentUnread". Main thread.
+// screen leaves no mark. The set is kept in the preferences under "unreadAgentIDs". Main thread.
 class AgentUnreadMessages : public QObject {
     Q_OBJECT
 public:
@@ -24,6 +25,9 @@ public:
     void clear(const QString& agentID);
     // Forgets agents that no longer exist.
     void keepOnly(const QSet<QString>& existing);
+    // Takes isOnScreen from the windows registered with presence, and clears the mark of an
+    // agent as soon as one of its windows comes on screen. presence must outlive this object.
+    void observe(const AgentConversationPresence& presence);
 
 Q_SIGNALS:
     void agentIDsChanged();

@@ -4,6 +4,21 @@
 
 namespace vuro {
 
+MCPApprovalRecord MCPApprovalRecord::of(const MCPApprovalRequest& request, MCPApprovalDecision decision,
+                                        QDateTime decidedAt) {
+    const Outcome outcome = [decision] {
+        switch (decision) {
+        case MCPApprovalDecision::allowOnce: return Outcome::allowed;
+        case MCPApprovalDecision::allowAlways: return Outcome::allowedAlways;
+        case MCPApprovalDecision::deny: return Outcome::denied;
+        case MCPApprovalDecision::noAnswer: return Outcome::noAnswer;
+        }
+        return Outcome::denied;
+    }();
+    return {request.id, request.serverName, request.toolTitle, outcome, std::move(decidedAt), request.serverID,
+            request.toolName};
+}
+
 QJsonObject MCPApprovalRecord::toJson() const {
     QJsonObject object{{QStringLiteral("id"), id},
                        {QStringLiteral("serverName"), serverName},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "agents/MCPApprovalDecision.h"
+#include "agents/MCPApprovalRequest.h"
 #include "agents/RawEnum.h"
 
 #include <QDateTime>
@@ -21,6 +23,9 @@ struct MCPApprovalRecord {
     QDateTime decidedAt;
     std::optional<QString> serverID;
     std::optional<QString> toolName;
+
+    // The record of a request and the user's decision on it.
+    static MCPApprovalRecord of(const MCPApprovalRequest& request, MCPApprovalDecision decision, QDateTime decidedAt);
 
     QJsonObject toJson() const;
     static MCPApprovalRecord fromJson(const QJsonObject& object);  // throws DecodingError

@@ -4,21 +4,59 @@
 #include <chrono>
 #include <memory>
 #include <atomic>
+#include <functional>
+#include <map>
+#include <mutex>
 #include <qcoro/qcorotask.h>
 #include <qcoro/qcorotimer.h>
 
 namespace vuro {
 
 // A cancellation flag shared between whoever started a task and the task itself.
-// Copies share the flag. Cancelling is idempotent and thread-safe.
+// Copies share the flag. Cancelling is idempotent and thread-safe. Work that waits on something
+// other than the task's own awaits (a question to the user) registers a callback to hear of it.
 class CancelToken {
 public:
-    CancelToken() : _flag(std::make_shared<std::atomic<bool>>(false)) {}
-    void cancel() const { _flag->store(true); }
-    bool isCancelled() const { return _flag->load(); }
+    CancelToken() : _state(std::make_shared<State>()) {}
+
+    void cancel() const {
+        std::map<int, std::function<void()>> callbacks;
+        {
+            const std::lock_guard<std::mutex> guard(_state->lock);
+            if (_state->cancelled.exchange(true)) return;
+            callbacks.swap(_state->callbacks);
+        }
+        for (auto& [id, callback] : callbacks) callback();
+    }
+    bool isCancelled() const { return _state->cancelled.load(); }
+
+    // Calls callback once, on the thread that cancels; at once when the token is already
+    // cancelled (and then returns 0). The returned id takes it back before that.
+    int onCancel(std::function<void()> callback) const {
+        {
+            const std::lock_guard<std::mutex> guard(_state->lock);
+            if (!_state->cancelled.load()) {
+                const int id = ++_state->nextID;
+                _state->callbacks.emplace(id, std::move(callback));
+                return id;
+            }
+        }
+        callback();
+        return 0;
+    }
+    void removeOnCancel(int id) const {
+        const std::lock_guard<std::mutex> guard(_state->lock);
+        _state->callbacks.erase(id);
+    }
 
 private:
-    std::shared_ptr<std::atomic<bool>> _flag;
+    struct State {
+        std::atomic<bool> cancelled{false};
+        std::mutex lock;
+        std::map<int, std::function<void()>> callbacks;
+        int nextID = 0;
+    };
+    std::shared_ptr<State> _state;
 };
 
 // Sleeps on the main event loop without blocking it.

@@ -6,6 +6,7 @@
 #include "models/AnthropicChatModel.h"
 #include "models/ChatModelError.h"
 #include "models/OllamaChatModel.h"
+#include "models/OnDeviceProvider.h"
 #include "models/OpenAICompatibleChatModel.h"
 
 #include <QCoreApplication>
@@ -28,7 +29,7 @@ std::unique_ptr<ChatModel> ChatModelFactory::modelFor(const Agent& agent) const 
     const std::optional<QString> key = AIProviderSettings::takesKey(kind) ? _keys.key(kind) : std::nullopt;
     switch (kind) {
     case AIProviderKind::apple:
-        if (!_onDevice) throw ChatModelError::unavailable(QCoreApplication::translate("ChatModelFactory", "The on-device model is not available."));
+        if (!_onDevice) throw ChatModelError::unavailable(OnDeviceProvider::unavailableWords());
         return _onDevice();
     case AIProviderKind::claude:
         return std::make_unique<AnthropicChatModel>(chosen, key, base, &_session, agent.web);

@@ -1,7 +1,10 @@
 #include "storage/SealedStorage.h"
 
+#include "agents/InMemoryAgentPersistence.h"
+#include "agents/SealedAgentAttachmentFiles.h"
 #include "base/Log.h"
 #include "notes/UnavailableNotePersistence.h"
+#include "storage/DatabaseAgentPersistence.h"
 #include "storage/DatabaseNotePersistence.h"
 #include "storage/KeychainKeyProvider.h"
 #include "storage/SecretServiceKeychain.h"
@@ -14,6 +17,7 @@ SealedStorage unavailable(const QString& sentence) {
     log(QStringLiteral("Vuro: veritabanı açılamadı — ") + sentence);
     SealedStorage storage;
     storage.notes = std::make_shared<UnavailableNotePersistence>(Error(sentence));
+    storage.agents = std::make_shared<InMemoryAgentPersistence>();
     return storage;
 }
 
@@ -28,6 +32,10 @@ SealedStorage SealedStorage::open(const QString& supportFolder, std::shared_ptr<
         storage.files = std::make_shared<NoteFileStoreFiles>(supportFolder, storage.database->cipher());
         NoteFileStoreFiles::emptyWorkingCopies();
         storage.notes = std::make_shared<DatabaseNotePersistence>(storage.database);
+        storage.agents = std::make_shared<DatabaseAgentPersistence>(storage.database);
+        std::shared_ptr<VuroDatabase> database = storage.database;
+        storage.attachments = std::make_shared<SealedAgentAttachmentFiles>(
+            supportFolder + QStringLiteral("/AgentAttachments"), [database] { return database->cipher(); });
         return storage;
     } catch (const Error& error) {
         return unavailable(error.message());

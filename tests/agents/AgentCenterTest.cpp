@@ -2,12 +2,14 @@
 #include "agents/AgentAttachmentImport.h"
 #include "agents/AgentCenter.h"
 #include "agents/AgentPrompt.h"
+#include "agents/NoteToolbox.h"
 #include "agents/InMemoryAgentPersistence.h"
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
 
 #include <QSignalSpy>
+#include <QTimer>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <qcoro/qcoroasyncgenerator.h>
@@ -24,6 +26,8 @@ struct Script {
     QString failure;
     QList<ChatTurn> sentTurns;
     QString sentSystem;
+    QList<AgentToolSpec> sentTools;
+    QStringList outputs;  // what each tool call answered
 };
 
 QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<Script> script, RunTool runTool) {
@@ -35,6 +39,7 @@ QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<Script> script, RunTool r
             const AgentToolCall call = std::get<AgentToolCall>(step);
             co_yield AgentEvent::toolStarted(call.name);
             const AgentToolOutcome outcome = co_await runTool(call);
+            script->outputs.append(outcome.output);
             for (AgentEvent event : actionEvents(outcome)) co_yield event;
         }
     }
@@ -47,10 +52,11 @@ public:
     AIRoute route() const override { return AIRoute::cloud("Anthropic"); }
     std::optional<QString> availabilityProblem() const override { return std::nullopt; }
     QList<AgentAttachment::Kind> nativeAttachments() const override { return {AgentAttachment::Kind::image}; }
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec>,
+    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
                                                   RunTool runTool) const override {
         _script->sentSystem = system;
         _script->sentTurns = turns;
+        _script->sentTools = tools;
         return play(_script, std::move(runTool));
     }
 
@@ -74,6 +80,12 @@ struct Fixture {
                                                nullptr, false);
     }
     const QString builtIn = Agent::notesAgentID;
+    // The built-in agent on the Anthropic route: the cloud's budgets and its full tool list.
+    void onCloud() {
+        Agent builtInAgent = *center->agent(builtIn);
+        builtInAgent.provider = AIProviderKind::claude;
+        center->save(builtInAgent);
+    }
     void waitForReply(const QString& agentID = Agent::notesAgentID) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return !center->replying().contains(agentID); }, 5000));
     }
@@ -234,6 +246,252 @@ TEST(AgentCenter, AttachmentsAreSealedAndReadyForTheModel) {
     EXPECT_FALSE(f.center->send("again", {second}, f.builtIn));
     EXPECT_EQ(f.center->lastError(), "The attachment couldn't be saved.");
     EXPECT_EQ(f.center->conversation(f.builtIn).size(), 2);
+}
+
+// Abilities with one MCP tool that needs the user's OK, answering as the tool's gate does.
+class AskingAbilities : public AgentAbilities {
+public:
+    explicit AskingAbilities(Setup setup) : _setup(std::move(setup)) {}
+
+    QList<AgentToolSpec> tools() const override { return {{"send_mail", "Sends a mail.", {}, true, std::nullopt}}; }
+    std::optional<QString> prompt() const override { return QStringLiteral("You can send mail."); }
+    QList<MCPApprovalRequest> unattended() const override { return _unattended; }
+    QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call) override {
+        if (call.name != "send_mail") co_return std::nullopt;
+        MCPApprovalRequest request{newId(), _setup.agent.id, "mail", "Mail", "send_mail", "Send mail",
+                                   {{"to", call.arguments.value("to")}}, std::nullopt};
+        if (!_setup.approve) {
+            _unattended.append(request);
+            co_return AgentToolOutcome{"not asked", std::nullopt, {}};
+        }
+        const MCPApprovalDecision decision = co_await _setup.approve(request);
+        co_return AgentToolOutcome{decision == MCPApprovalDecision::allowOnce ? "sent" : "not sent", std::nullopt, {}};
+    }
+
+private:
+    Setup _setup;
+    QList<MCPApprovalRequest> _unattended;
+};
+
+QCoro::Task<std::unique_ptr<AgentAbilities>> makeAsking(AgentAbilities::Setup setup) {
+    co_return std::make_unique<AskingAbilities>(std::move(setup));
+}
+
+TEST(AgentCenterApprovals, TheAnswerReachesTheToolAndIsKeptOnTheReply) {
+    struct Case {
+        const char* what;
+        std::optional<MCPApprovalDecision> answer;  // none: the reply is cancelled while it asks
+        MCPApprovalRecord::Outcome recorded;
+        QString toolOutput;
+        QString replyText;
+    };
+    const QList<Case> cases = {
+        {"allowed once", MCPApprovalDecision::allowOnce, MCPApprovalRecord::Outcome::allowed, "sent", "Mail sent."},
+        {"denied", MCPApprovalDecision::deny, MCPApprovalRecord::Outcome::denied, "not sent", "Mail sent."},
+        {"cancelled while asking", std::nullopt, MCPApprovalRecord::Outcome::denied, "not sent", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Fixture f;
+        f.center->abilitiesFor = makeAsking;
+        f.script->steps = {AgentToolCall{"t1", "send_mail", {{"to", "ana@example.com"}}}, QString("Mail sent.")};
+        QSignalSpy changed(f.center.get(), &AgentCenter::pendingApprovalsChanged);
+        ASSERT_TRUE(f.center->send("mail Ana", {}, f.builtIn));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !f.center->pendingApprovals().isEmpty(); }, 5000));
+        const MCPApprovalRequest asked = f.center->pendingApprovals().first();
+        EXPECT_EQ(asked.agentID, f.builtIn);
+        EXPECT_EQ(asked.details, (QList<MCPApprovalRequest::Detail>{{"to", "ana@example.com"}}));
+        EXPECT_EQ(f.center->activity(f.builtIn), "mcp.approval");
+        EXPECT_THAT(f.script->sentSystem.toStdString(), testing::EndsWith("\n\nYou can send mail."));
+
+        f.center->answer("no such question", MCPApprovalDecision::allowOnce);
+        EXPECT_EQ(f.center->pendingApprovals().size(), 1);
+        if (c.answer) {
+            f.center->answer(asked.id, *c.answer);
+            f.waitForReply();
+        } else {
+            f.center->cancelReply(f.builtIn);
+        }
+        EXPECT_TRUE(f.center->pendingApprovals().isEmpty());
+        EXPECT_EQ(changed.size(), 2);
+        EXPECT_NE(f.center->activity(f.builtIn), "mcp.approval");
+        EXPECT_EQ(f.script->outputs, QStringList{c.toolOutput});
+
+        // The reply keeps the record even when it has no words: the user saw the question.
+        ASSERT_EQ(f.center->conversation(f.builtIn).size(), 2);
+        const AgentMessage saved = f.persistence->loadMessages(f.builtIn).last();
+        EXPECT_EQ(saved.text, c.replyText);
+        ASSERT_EQ(saved.approvals.size(), 1);
+        EXPECT_EQ(saved.approvals[0].id, asked.id);
+        EXPECT_EQ(saved.approvals[0].outcome, c.recorded);
+        EXPECT_EQ(saved.approvals[0].toolName, "send_mail");
+        EXPECT_EQ(saved.approvals[0].serverName, "Mail");
+        EXPECT_EQ(f.center->conversation(f.builtIn).last(), saved);
+    }
+}
+
+QCoro::Task<> ask(AgentCenter* center, MCPApprovalRequest request, std::optional<std::chrono::milliseconds> timeout,
+                  CancelToken token, std::optional<MCPApprovalDecision>* decision) {
+    *decision = co_await center->requestApproval(std::move(request), timeout, token);
+}
+
+TEST(AgentCenterApprovals, TimeOutsCancellationAndRepeatedQuestions) {
+    Fixture f;
+    using namespace std::chrono_literals;
+    const auto request = [](const QString& id, std::optional<QString> job = std::nullopt) {
+        return MCPApprovalRequest{id, Agent::notesAgentID, "s", "Server", "tool", "Tool", {}, std::move(job)};
+    };
+    std::optional<MCPApprovalDecision> timedOut, cancelled, answered, repeated, late;
+    CancelToken token;
+    ask(f.center.get(), request("A", "Weekly report"), 30ms, CancelToken(), &timedOut);
+    ask(f.center.get(), request("B"), std::nullopt, token, &cancelled);
+    ask(f.center.get(), request("C"), 10s, CancelToken(), &answered);
+    ask(f.center.get(), request("C"), std::nullopt, CancelToken(), &repeated);
+    EXPECT_EQ(repeated, MCPApprovalDecision::deny);  // the open question isn't asked twice
+    ASSERT_EQ(f.center->pendingApprovals().size(), 3);
+    EXPECT_EQ(f.center->activity(f.builtIn), "mcp.approval");
+
+    f.center->answer("C", MCPApprovalDecision::allowAlways);
+    EXPECT_EQ(answered, MCPApprovalDecision::allowAlways);
+    f.center->answer("C", MCPApprovalDecision::deny);  // answered already: nothing changes
+    EXPECT_EQ(answered, MCPApprovalDecision::allowAlways);
+
+    token.cancel();
+    EXPECT_EQ(cancelled, MCPApprovalDecision::deny);
+    // A job's question alone doesn't show as the chat's activity.
+    EXPECT_EQ(f.center->activity(f.builtIn), std::nullopt);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return timedOut.has_value(); }, 5000));
+    EXPECT_EQ(timedOut, MCPApprovalDecision::noAnswer);
+    EXPECT_TRUE(f.center->pendingApprovals().isEmpty());
+
+    // A question that is never answered is refused when the center goes away.
+    ask(f.center.get(), request("D"), std::nullopt, CancelToken(), &late);
+    f.center.reset();
+    EXPECT_EQ(late, MCPApprovalDecision::deny);
+}
+
+// A job toolbox that offers what it is told and answers every call with its own name.
+class FixedJobToolbox : public AgentJobToolbox {
+public:
+    FixedJobToolbox(QList<AgentToolSpec> tools, QString prompt) : _tools(std::move(tools)), _prompt(std::move(prompt)) {}
+    QList<AgentToolSpec> tools() const override { return _tools; }
+    QString prompt() const override { return _prompt; }
+    QCoro::Task<AgentToolOutcome> run(AgentToolCall call) override {
+        co_return AgentToolOutcome{"jobs: " + call.name, std::nullopt, {}};
+    }
+
+private:
+    QList<AgentToolSpec> _tools;
+    QString _prompt;
+};
+
+// Abilities that claim a job tool and a note tool too, to show who answers first.
+class GreedyAbilities : public AgentAbilities {
+public:
+    QList<AgentToolSpec> tools() const override { return {{"web_search", "Searches.", {}, false, std::nullopt}}; }
+    std::optional<QString> prompt() const override { return QStringLiteral("You have the web."); }
+    QList<MCPApprovalRequest> unattended() const override { return {}; }
+    QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call) override {
+        if (call.name == "list_notes") co_return std::nullopt;
+        co_return AgentToolOutcome{"abilities: " + call.name, std::nullopt, {}};
+    }
+};
+
+QCoro::Task<std::unique_ptr<AgentAbilities>> makeGreedy(AgentAbilities::Setup) {
+    co_return std::make_unique<GreedyAbilities>();
+}
+
+TEST(AgentCenterRun, ToolsComeInOrderAndCallsGoToTheirToolbox) {
+    Fixture f;
+    f.onCloud();
+    f.notes.create("Groceries", "- [ ] eggs");
+    std::optional<AgentJobToolbox::Setup> jobSetup;
+    const AgentToolSpec schedule{"schedule_job", "Schedules a job.", {}, true, std::nullopt};
+    f.center->abilitiesFor = makeGreedy;
+    f.center->jobToolboxFor = [&](AgentJobToolbox::Setup setup) {
+        jobSetup = setup;
+        return std::make_unique<FixedJobToolbox>(QList<AgentToolSpec>{schedule}, "Jobs run on a schedule.");
+    };
+    f.script->steps = {AgentToolCall{"1", "schedule_job", {}}, AgentToolCall{"2", "web_search", {}},
+                       AgentToolCall{"3", "read_note", {{"note", "Groceries"}}}, AgentToolCall{"4", "list_notes", {}},
+                       AgentToolCall{"5", "nothing_like_it", {}}, QString("done")};
+    ASSERT_TRUE(f.center->send("  every morning, read my groceries  ", {}, f.builtIn));
+    f.waitForReply();
+
+    ASSERT_TRUE(jobSetup);
+    EXPECT_EQ(jobSetup->request, "every morning, read my groceries");
+    EXPECT_FALSE(jobSetup->onDevice);
+    QStringList names;
+    for (const AgentToolSpec& tool : f.script->sentTools) names.append(tool.name);
+    QStringList expected;
+    for (const AgentToolSpec& tool : NoteToolbox::tools(NoteAccess::readWrite, false, "", false)) expected.append(tool.name);
+    expected << "web_search" << "schedule_job";
+    EXPECT_EQ(names, expected);
+    EXPECT_THAT(f.script->sentSystem.toStdString(),
+                testing::EndsWith("\n\nYou have the web.\n\nJobs run on a schedule."));
+    ASSERT_EQ(f.script->outputs.size(), 5);
+    EXPECT_EQ(f.script->outputs[0], "jobs: schedule_job");
+    EXPECT_EQ(f.script->outputs[1], "abilities: web_search");
+    EXPECT_EQ(f.script->outputs[2], "abilities: read_note");
+    EXPECT_THAT(f.script->outputs[3].toStdString(), testing::HasSubstr("Groceries"));
+    EXPECT_EQ(f.script->outputs[4], "abilities: nothing_like_it");
+
+    // A job toolbox with nothing to offer for this request adds neither tools nor directions,
+    // yet still answers its own names.
+    f.center->abilitiesFor = nullptr;
+    f.center->jobToolboxFor = [](AgentJobToolbox::Setup) {
+        return std::make_unique<FixedJobToolbox>(QList<AgentToolSpec>{}, "Jobs run on a schedule.");
+    };
+    f.script->steps = {AgentToolCall{"6", "schedule_job", {}}, QString("done")};
+    f.script->outputs.clear();
+    ASSERT_TRUE(f.center->send("hello", {}, f.builtIn));
+    f.waitForReply();
+    EXPECT_EQ(f.script->sentTools.size(), expected.size() - 2);
+    EXPECT_THAT(f.script->sentSystem.toStdString(), testing::Not(testing::HasSubstr("Jobs run")));
+    EXPECT_EQ(f.script->outputs, QStringList{"jobs: schedule_job"});
+}
+
+TEST(AgentCenterRun, WhatTheModelSeesAndWhatIsKept) {
+    const QString line40 = "This line is exactly forty characters!!!";
+    const QString unit50 = "The quick brown fox jumps over the lazy dog 12345!";
+    struct Case {
+        const char* what;
+        QString streamed;
+        QString kept;
+    };
+    const QList<Case> cases = {
+        {"an assistant label and a greeting shows the greeting", "Assistant: Hello!", "Hello!"},
+        {"a repeated 40-character line ends the reply before it", "Sure.\n" + line40 + "\nand\n" + line40 + "\nmore",
+         "Sure.\n" + line40 + "\nand"},
+        // Three times a 200-character block is no loop by itself (its period is too long), but
+        // the shorter period inside it is.
+        {"a 200-character block made of a shorter loop is cut", "Start: " + unit50.repeated(4).repeated(3),
+         "Start: " + unit50},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Fixture f;
+        f.script->steps = {c.streamed};
+        ASSERT_TRUE(f.center->send("hi", {}, f.builtIn));
+        f.waitForReply();
+        EXPECT_EQ(f.persistence->loadMessages(f.builtIn).last().text, c.kept);
+    }
+}
+
+TEST(AgentCenterRun, ALongNewestMessageGoesAloneAndCut) {
+    Fixture f;
+    f.onCloud();
+    f.script->steps = {QString("ok")};
+    ASSERT_TRUE(f.center->send("an older question", {}, f.builtIn));
+    f.waitForReply();
+    ASSERT_TRUE(f.center->send(QString(30000, QLatin1Char('w')), {}, f.builtIn));
+    f.waitForReply();
+    ASSERT_EQ(f.script->sentTurns.size(), 1);
+    EXPECT_EQ(f.script->sentTurns[0].role, ChatTurn::Role::user);
+    EXPECT_EQ(f.script->sentTurns[0].text, QString(24000, QLatin1Char('w')) + QStringLiteral("…"));
+    // The message itself is kept whole.
+    const auto stored = f.persistence->loadMessages(f.builtIn);
+    EXPECT_TRUE(std::any_of(stored.begin(), stored.end(), [](const AgentMessage& m) { return m.text.size() == 30000; }));
 }
 
 }  // namespace

@@ -37,6 +37,11 @@ protected:
         EXPECT_EQ(storage.database, nullptr);
         EXPECT_EQ(storage.images, nullptr);
         EXPECT_EQ(storage.files, nullptr);
+        EXPECT_EQ(storage.attachments, nullptr);
+        // Agents still work, for this session only.
+        ASSERT_NE(storage.agents, nullptr);
+        storage.agents->saveAgent(Agent::notesAgent());
+        EXPECT_EQ(storage.agents->loadAgents().size(), 1);
         NoteStore store(storage.notes);
         EXPECT_FALSE(store.isWritable());
         EXPECT_EQ(store.lastError(), std::optional(sentence));
@@ -65,6 +70,8 @@ TEST_F(SealedStorageTest, opensTheStoreAndBindsTheFileFoldersToItsCipher) {
                         storage.files);
         imageID = storage.images->add("picture");
         store.create("", "![image](vuro-img://" + imageID + ")");
+        storage.agents->saveAgent(Agent::notesAgent());
+        storage.attachments->write("ATTACHMENT-1", "a letter");
     }
     SealedStorage storage = open();
     ASSERT_NE(storage.database, nullptr);
@@ -75,6 +82,12 @@ TEST_F(SealedStorageTest, opensTheStoreAndBindsTheFileFoldersToItsCipher) {
     ASSERT_EQ(store.notes().size(), 1);
     EXPECT_TRUE(store.isWritable());
     EXPECT_EQ(storage.images->allIDs(), QStringList{imageID});  // referenced, so the sweep kept it
+    ASSERT_EQ(storage.agents->loadAgents().size(), 1);
+    EXPECT_EQ(storage.agents->loadAgents()[0].id, Agent::notesAgentID);
+    EXPECT_EQ(storage.attachments->read("ATTACHMENT-1"), QByteArray("a letter"));
+    EXPECT_EQ(BodyCipher(storage.database->cipher())
+                  .open(filesUnder(support.path()).value("AgentAttachments/ATTACHMENT-1.sealed")),
+              "a letter");
 }
 
 TEST_F(SealedStorageTest, aLostKeyOverNotesGoesReadOnlyAndLeavesTheStoreAlone) {

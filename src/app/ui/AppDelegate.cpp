@@ -50,7 +50,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         if (decks) decks->announce();
     };
     _awayMonitor.reset(AwayMonitor::forThisSession());
-    _awayDigest = std::make_unique<AwayDigestWindow>(inbox, nullptr);
+    _awayDigest = std::make_unique<AwayDigestWindow>(inbox, &_environment->awaySummarizer());
     _awayDigest->follow(*_awayMonitor);
     connect(_awayDigest.get(), &AwayDigestWindow::openNote, _deckManager.get(), &DeckManager::expand);
     log(QStringLiteral("launched (pid %1)").arg(QCoreApplication::applicationPid()));
