@@ -18,9 +18,12 @@ QStringList list(std::initializer_list<const char*> items) {
 }
 
 TEST(NoteFilterParse, ReadsPhrasesTagsExclusionsAndWords) {
+    struct Parts {
+        QStringList words, phrases, tags, excluded;
+    };
     struct Case {
         const char* query;
-        Search expected;
+        Parts expected;
     } cases[] = {
         {"", {}},
         {"   ", {}},
@@ -47,6 +50,7 @@ TEST(NoteFilterParse, ReadsPhrasesTagsExclusionsAndWords) {
         EXPECT_EQ(parsed.phrases, c.expected.phrases) << c.query;
         EXPECT_EQ(parsed.tags, c.expected.tags) << c.query;
         EXPECT_EQ(parsed.excluded, c.expected.excluded) << c.query;
+        EXPECT_EQ(parsed.required.size(), c.expected.words.size() + c.expected.phrases.size()) << c.query;
     }
 }
 
