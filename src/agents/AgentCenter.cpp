@@ -440,9 +440,18 @@ QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTur
     };
     if (abilitiesFor) {
         if (!agent.mcpServers.isEmpty()) setActivity(agentID, QStringLiteral("mcp.connecting"));
-        tools->abilities = co_await abilitiesFor(abilitiesSetup(agent, budget, run, token));
+        std::optional<QString> failure;
+        try {
+            tools->abilities = co_await abilitiesFor(abilitiesSetup(agent, budget, run, token));
+        } catch (const Error& error) {
+            failure = error.message();
+        }
         if (!self || token.isCancelled()) co_return result;
         setActivity(agentID, std::nullopt);
+        if (failure) {
+            result.failure = failure;
+            co_return result;
+        }
     }
     QString system = AgentPrompt::systemText(agent, budget, Clock::now(), _turkish);
     if (tools->abilities)

@@ -451,6 +451,26 @@ TEST(AgentCenterRun, ToolsComeInOrderAndCallsGoToTheirToolbox) {
     EXPECT_EQ(f.script->outputs, QStringList{"jobs: schedule_job"});
 }
 
+QCoro::Task<std::unique_ptr<AgentAbilities>> unreachable(AgentAbilities::Setup) {
+    throw Error("Couldn't reach the Mail server.");
+    co_return std::unique_ptr<AgentAbilities>();
+}
+
+TEST(AgentCenterRun, AbilitiesThatCantBeMadeEndTheReplyWithTheirSentence) {
+    Fixture f;
+    Agent agent = *f.center->agent(f.builtIn);
+    agent.mcpServers = {"mail"};
+    f.center->save(agent);
+    f.center->abilitiesFor = unreachable;
+    f.script->steps = {QString("never said")};
+    ASSERT_TRUE(f.center->send("mail Ana", {}, f.builtIn));
+    f.waitForReply();
+    const AgentMessage reply = f.persistence->loadMessages(f.builtIn).last();
+    EXPECT_EQ(reply.failure, "Couldn't reach the Mail server.");
+    EXPECT_EQ(reply.text, "");
+    EXPECT_EQ(f.center->activity(f.builtIn), std::nullopt);
+}
+
 TEST(AgentCenterRun, WhatTheModelSeesAndWhatIsKept) {
     const QString line40 = "This line is exactly forty characters!!!";
     const QString unit50 = "The quick brown fox jumps over the lazy dog 12345!";
