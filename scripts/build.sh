@@ -6,6 +6,8 @@ cd "$(dirname "$0")/.."
 kind=${1:-release}
 export CCACHE_DIR=${CCACHE_DIR:-$PWD/.cache/ccache}
 export CCACHE_BASEDIR=$PWD
+# Worktrees of one repository share objects: the build folder is not part of the key.
+export CCACHE_NOHASHDIR=true
 case "$kind" in
   release) args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DVURO_TESTS=OFF) ;;
   test)    args=(-DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS_DEBUG=-g -O1" -DVURO_SANITIZE=ON) ;;

@@ -7,6 +7,7 @@
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
+#include "support/ScriptedChatModel.h"
 
 #include <QSignalSpy>
 #include <QTimer>
@@ -18,51 +19,8 @@
 namespace vuro {
 namespace {
 
-// A model that plays a fixed list of events, after an optional pause, calling the note tools it
-// is given for each tool call in the script; what it was sent is kept for the test.
-struct Script {
-    std::chrono::milliseconds pause{0};
-    QList<std::variant<QString, AgentToolCall>> steps;  // text so far, or a tool to call
-    QString failure;
-    QList<ChatTurn> sentTurns;
-    QString sentSystem;
-    QList<AgentToolSpec> sentTools;
-    QStringList outputs;  // what each tool call answered
-};
-
-QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<Script> script, RunTool runTool) {
-    if (script->pause.count() > 0) co_await QCoro::sleepFor(script->pause);
-    for (const auto& step : script->steps) {
-        if (const auto* text = std::get_if<QString>(&step)) {
-            co_yield AgentEvent::text(*text);
-        } else {
-            const AgentToolCall call = std::get<AgentToolCall>(step);
-            co_yield AgentEvent::toolStarted(call.name);
-            const AgentToolOutcome outcome = co_await runTool(call);
-            script->outputs.append(outcome.output);
-            for (AgentEvent event : actionEvents(outcome)) co_yield event;
-        }
-    }
-    if (!script->failure.isEmpty()) throw Error(script->failure);
-}
-
-class ScriptedModel : public ChatModel {
-public:
-    explicit ScriptedModel(std::shared_ptr<Script> script) : _script(std::move(script)) {}
-    AIRoute route() const override { return AIRoute::cloud("Anthropic"); }
-    std::optional<QString> availabilityProblem() const override { return std::nullopt; }
-    QList<AgentAttachment::Kind> nativeAttachments() const override { return {AgentAttachment::Kind::image}; }
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
-                                                  RunTool runTool) const override {
-        _script->sentSystem = system;
-        _script->sentTurns = turns;
-        _script->sentTools = tools;
-        return play(_script, std::move(runTool));
-    }
-
-private:
-    std::shared_ptr<Script> _script;
-};
+using Script = test::ChatScript;
+using ScriptedModel = test::ScriptedChatModel;
 
 struct Fixture {
     std::shared_ptr<InMemoryNotePersistence> notePersistence = std::make_shared<InMemoryNotePersistence>();

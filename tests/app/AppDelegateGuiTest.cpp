@@ -1,4 +1,6 @@
 #include "app/ui/AppDelegate.h"
+#include "agents/AgentCenter.h"
+#include "agents/ui/AgentChatWindow.h"
 #include "notes/InMemoryNotePersistence.h"
 
 #include "support/Printers.h"
@@ -98,4 +100,30 @@ TEST(AppDelegate, LaunchAndReopenStayAwayFromTheDesktopInATestHost) {
     EXPECT_EQ(delegate.menuBar(), nullptr);
     EXPECT_EQ(notesWindow.count(), 0);
     EXPECT_EQ(delegate.environment().notes().notes().size(), 1) << "no sweep in a test host";
+}
+
+TEST(AppDelegateAgents, OneChatWindowPerAgentThatGoesWithItsAgent) {
+    AppDelegate delegate{std::make_unique<AppEnvironment>(AppEnvironment::Stores{std::make_shared<InMemoryNotePersistence>()}, 10s)};
+    AgentCenter& agents = delegate.environment().agents();
+    delegate.showAgentChat(QStringLiteral("nobody"));
+    EXPECT_EQ(delegate.agentChat(QStringLiteral("nobody")), nullptr);
+
+    delegate.showAgentChat(Agent::notesAgentID);
+    AgentChatWindow* window = delegate.agentChat(Agent::notesAgentID);
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Vuro"));
+    window->close();
+    delegate.showAgentChat(Agent::notesAgentID);
+    EXPECT_EQ(delegate.agentChat(Agent::notesAgentID), window);  // the same window comes back
+    EXPECT_TRUE(window->isVisible());
+
+    Agent scout;
+    scout.name = QStringLiteral("Scout");
+    agents.save(scout);
+    delegate.showAgentChat(scout.id);
+    ASSERT_NE(delegate.agentChat(scout.id), nullptr);
+    ASSERT_TRUE(agents.remove(scout.id));
+    EXPECT_EQ(delegate.agentChat(scout.id), nullptr);
+    EXPECT_EQ(delegate.agentChat(Agent::notesAgentID), window);
 }

@@ -1,5 +1,8 @@
 #include "app/ui/AppDelegate.h"
 
+#include "agents/AgentCenter.h"
+#include "agents/ui/AgentAvatar.h"
+#include "agents/ui/AgentChatWindow.h"
 #include "app/ui/MenuBarController.h"
 #include "app/ui/UnsavedNotesDialog.h"
 #include "base/Log.h"
@@ -21,7 +24,11 @@ AppDelegate::AppDelegate(QObject* parent) : AppDelegate(AppEnvironment::build(),
 
 AppDelegate::AppDelegate(std::unique_ptr<AppEnvironment> environment, QObject* parent)
     : QObject(parent), confirmQuit([](const QString& lastError) { return UnsavedNotesDialog::confirmQuit(lastError); }),
-      _environment(std::move(environment)) {}
+      _environment(std::move(environment)) {
+    AgentCenter& agents = _environment->agents();
+    connect(&agents, &AgentCenter::agentsChanged, this, &AppDelegate::updateAgents);
+    connect(&agents.unread(), &AgentUnreadMessages::agentIDsChanged, this, &AppDelegate::updateAgents);
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -34,6 +41,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(_menuBar.get(), &MenuBarController::notesRequested, this, &AppDelegate::notesWindowRequested);
     connect(_menuBar.get(), &MenuBarController::quitRequested, this, &AppDelegate::requestQuit);
     connect(this, &AppDelegate::notesWindowRequested, this, &AppDelegate::showNotesWindow);
+    connect(_menuBar.get(), &MenuBarController::agentChatRequested, this, &AppDelegate::showAgentChat);
+    updateAgents();
     _menuBar->start();
 
     _deckHost = std::make_unique<QtDeckHost>(_environment->notes());
@@ -68,6 +77,39 @@ void AppDelegate::showNotesWindow() {
     _notesWindow->show();
     _notesWindow->raise();
     _notesWindow->activateWindow();
+}
+
+void AppDelegate::showAgentChat(const QString& agentID) {
+    AgentCenter& agents = _environment->agents();
+    if (!agents.agent(agentID)) return;
+    auto& window = _chatWindows[agentID];
+    if (!window) window = std::make_unique<AgentChatWindow>(agents, agentID, &_environment->presence());
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+AgentChatWindow* AppDelegate::agentChat(const QString& agentID) const {
+    const auto found = _chatWindows.find(agentID);
+    return found == _chatWindows.end() ? nullptr : found->second.get();
+}
+
+void AppDelegate::updateAgents() {
+    AgentCenter& agents = _environment->agents();
+    // The window of a deleted agent has closed itself; it goes once the current event is done.
+    for (auto it = _chatWindows.begin(); it != _chatWindows.end();) {
+        if (agents.agent(it->first)) {
+            ++it;
+            continue;
+        }
+        it->second.release()->deleteLater();
+        it = _chatWindows.erase(it);
+    }
+    if (!_menuBar) return;
+    QList<MenuBarController::AgentEntry> entries;
+    for (const Agent& agent : agents.agents())
+        entries.append({agent.id, AgentAvatar::face(agent), agent.displayName(), agents.unread().agentIDs().contains(agent.id)});
+    _menuBar->setAgents(entries);
 }
 
 bool AppDelegate::applicationShouldTerminate() {

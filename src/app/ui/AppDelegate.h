@@ -3,11 +3,14 @@
 #include "app/AppEnvironment.h"
 
 #include <QObject>
+#include <QString>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace vuro {
 
+class AgentChatWindow;
 class AwayDigestWindow;
 class AwayMonitor;
 class DeckManager;
@@ -46,6 +49,10 @@ public:
     // Asks whether to quit with unsaved notes; the modal dialog unless a test replaces it.
     std::function<bool(const QString& lastError)> confirmQuit;
 
+    // The chat with one agent, one window per agent, kept while the agent exists.
+    void showAgentChat(const QString& agentID);
+    AgentChatWindow* agentChat(const QString& agentID) const;
+
 Q_SIGNALS:
     // The Notes window on its All Notes section.
     void notesWindowRequested();
@@ -54,6 +61,7 @@ Q_SIGNALS:
 
 private:
     void showNotesWindow();
+    void updateAgents();
 
     std::unique_ptr<AppEnvironment> _environment;
     std::unique_ptr<MenuBarController> _menuBar;
@@ -62,6 +70,7 @@ private:
     std::unique_ptr<NotesWindow> _notesWindow;
     std::unique_ptr<AwayMonitor> _awayMonitor;
     std::unique_ptr<AwayDigestWindow> _awayDigest;
+    std::map<QString, std::unique_ptr<AgentChatWindow>> _chatWindows;
 };
 
 }  // namespace vuro

@@ -39,10 +39,12 @@ QIcon noteIcon() {
 
 }  // namespace
 
-MenuBarController::MenuBarController(QObject* parent) : QObject(parent), _menu(new QMenu) {
+MenuBarController::MenuBarController(QObject* parent) : QObject(parent), _menu(new QMenu), _agents(nullptr) {
     _menu->addAction(tr("New Note"), this, &MenuBarController::newNoteRequested);
     _menu->addAction(tr("Show Shelf"), this, &MenuBarController::shelfRequested);
     _menu->addAction(tr("Notes…"), this, &MenuBarController::notesRequested);
+    _agents = _menu->addMenu(tr("Agents"));
+    setAgents({});
     _menu->addSeparator();
     _menu->addAction(tr("Quit"), this, &MenuBarController::quitRequested);
 }
@@ -50,6 +52,21 @@ MenuBarController::MenuBarController(QObject* parent) : QObject(parent), _menu(n
 MenuBarController::~MenuBarController() {
     delete _tray;
     delete _menu;
+}
+
+void MenuBarController::setAgents(const QList<AgentEntry>& agents) {
+    _agents->clear();
+    bool anyUnread = false;
+    for (const AgentEntry& agent : agents) {
+        const QString label = agent.face.isEmpty() ? agent.name : agent.face + QLatin1Char(' ') + agent.name;
+        // A dot in the text survives every tray's menu, also those that drop icons.
+        QAction* action = _agents->addAction(agent.unread ? label + QStringLiteral("  ●") : label);
+        const QString id = agent.id;
+        connect(action, &QAction::triggered, this, [this, id] { Q_EMIT agentChatRequested(id); });
+        anyUnread = anyUnread || agent.unread;
+    }
+    _agents->setTitle(anyUnread ? tr("Agents") + QStringLiteral("  ●") : tr("Agents"));
+    _agents->setEnabled(!agents.isEmpty());
 }
 
 bool MenuBarController::start() {
