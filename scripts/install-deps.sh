@@ -12,6 +12,8 @@ packages=(
   # platform and formats
   libsecret-1-dev libssl-dev libsqlite3-dev libpoppler-cpp-dev libmd4c-dev libzip-dev
   libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libcurl4-openssl-dev
+  # the global shortcut's key grab on X11
+  libx11-dev libxcb1-dev
   # tests
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth x11-utils jwm dbus dbus-daemon dbus-x11 gnome-keyring libsecret-tools

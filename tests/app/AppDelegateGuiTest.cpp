@@ -1,12 +1,16 @@
 #include "app/ui/AppDelegate.h"
 #include "agents/AgentCenter.h"
 #include "agents/ui/AgentChatWindow.h"
+#include "agents/ui/AgentEditorWindow.h"
+#include "commands/ui/CommandBar.h"
+#include "settings/ui/SettingsWindow.h"
 #include "notes/InMemoryNotePersistence.h"
 
 #include "support/Printers.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -100,6 +104,33 @@ TEST(AppDelegate, LaunchAndReopenStayAwayFromTheDesktopInATestHost) {
     EXPECT_EQ(delegate.menuBar(), nullptr);
     EXPECT_EQ(notesWindow.count(), 0);
     EXPECT_EQ(delegate.environment().notes().notes().size(), 1) << "no sweep in a test host";
+}
+
+TEST(AppDelegate, OpensOneEditorPerAgentSettingsAndTellVuro) {
+    AppDelegate delegate;
+    Agent scout;
+    scout.name = QStringLiteral("Scout");
+    delegate.environment().agents().save(scout);
+
+    AgentEditorWindow* editor = delegate.showAgentEditor(scout.id);
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isVisible());
+    EXPECT_EQ(editor->nameField()->text(), QStringLiteral("Scout"));
+    EXPECT_EQ(delegate.showAgentEditor(scout.id), editor) << "an open editor comes forward";
+    AgentEditorWindow* fresh = delegate.showAgentEditor(QString());
+    EXPECT_NE(fresh, editor);
+    EXPECT_TRUE(fresh->nameField()->text().isEmpty());
+    const QPointer<AgentEditorWindow> closed(editor);
+    editor->close();  // deletes itself; the next request opens a new one
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(closed.isNull());
+    EXPECT_TRUE(delegate.showAgentEditor(scout.id)->isVisible());
+
+    SettingsWindow* settings = delegate.showSettings();
+    EXPECT_TRUE(settings->isVisible());
+    EXPECT_EQ(delegate.showSettings(), settings);
+    CommandBar* bar = delegate.showTellVuro();
+    EXPECT_TRUE(bar->isVisible());
 }
 
 TEST(AppDelegateAgents, OneChatWindowPerAgentThatGoesWithItsAgent) {

@@ -7,6 +7,7 @@
 #include "support/LoopbackHttpServer.h"
 #include "support/Printers.h"
 #include "support/StreamDrain.h"
+#include "support/VendorReplies.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,29 +20,8 @@ namespace {
 
 using test::LoopbackHttpServer;
 using test::ReplayedResponse;
-
-QByteArray quoted(const QString& text) {
-    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return array.mid(1, array.size() - 2);
-}
-
-// A Messages stream of one text block in the given pieces.
-ReplayedResponse anthropicReply(const QStringList& pieces, const char* stopReason = "end_turn") {
-    QByteArray body = "event: content_block_start\ndata: {\"type\":\"content_block_start\",\"index\":0,\"content_block\":{\"type\":\"text\",\"text\":\"\"}}\n\n";
-    for (const QString& piece : pieces)
-        body += "event: content_block_delta\ndata: {\"type\":\"content_block_delta\",\"index\":0,\"delta\":{\"type\":\"text_delta\",\"text\":" +
-                quoted(piece) + "}}\n\n";
-    body += QByteArray("event: message_delta\ndata: {\"type\":\"message_delta\",\"delta\":{\"stop_reason\":\"") + stopReason + "\"}}\n\n";
-    return ReplayedResponse::of(body, 11);
-}
-
-// A chat-completions stream of the given pieces.
-ReplayedResponse openAIReply(const QStringList& pieces, const char* finishReason = "stop") {
-    QByteArray body;
-    for (const QString& piece : pieces) body += "data: {\"choices\":[{\"index\":0,\"delta\":{\"content\":" + quoted(piece) + "}}]}\n\n";
-    body += QByteArray("data: {\"choices\":[{\"index\":0,\"delta\":{},\"finish_reason\":\"") + finishReason + "\"}]}\n\ndata: [DONE]\n\n";
-    return ReplayedResponse::of(body, 13);
-}
+using test::anthropicReply;
+using test::openAIReply;
 
 template <typename T>
 struct Outcome {

@@ -3,15 +3,21 @@
 #include "agents/AgentCenter.h"
 #include "agents/ui/AgentAvatar.h"
 #include "agents/ui/AgentChatWindow.h"
+#include "agents/ui/AgentEditorWindow.h"
+#include "app/ui/GlobalShortcut.h"
 #include "app/ui/MenuBarController.h"
 #include "app/ui/UnsavedNotesDialog.h"
 #include "base/Log.h"
 #include "base/Defaults.h"
 #include "base/TestHost.h"
+#include "commands/CommandBarModel.h"
+#include "commands/ui/CommandBar.h"
 #include "inbox/AwayMonitor.h"
 #include "inbox/DropInbox.h"
 #include "inbox/ui/AwayDigestWindow.h"
 #include "library/ui/NotesWindow.h"
+#include "models/AttachmentText.h"
+#include "settings/ui/SettingsWindow.h"
 #include "shelf/DeckManager.h"
 #include "shelf/ui/QtDeckHost.h"
 
@@ -30,7 +36,10 @@ AppDelegate::AppDelegate(std::unique_ptr<AppEnvironment> environment, QObject* p
     connect(&agents.unread(), &AgentUnreadMessages::agentIDsChanged, this, &AppDelegate::updateAgents);
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    // Editors close themselves; those still open go before the environment they edit.
+    for (const QPointer<AgentEditorWindow>& editor : std::as_const(_agentEditors)) delete editor.data();
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     if (isRunningTests()) return;
@@ -40,6 +49,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     _menuBar = std::make_unique<MenuBarController>();
     connect(_menuBar.get(), &MenuBarController::notesRequested, this, &AppDelegate::notesWindowRequested);
     connect(_menuBar.get(), &MenuBarController::quitRequested, this, &AppDelegate::requestQuit);
+    connect(_menuBar.get(), &MenuBarController::tellVuroRequested, this, &AppDelegate::showTellVuro);
+    connect(_menuBar.get(), &MenuBarController::settingsRequested, this, &AppDelegate::showSettings);
     connect(this, &AppDelegate::notesWindowRequested, this, &AppDelegate::showNotesWindow);
     connect(_menuBar.get(), &MenuBarController::agentChatRequested, this, &AppDelegate::showAgentChat);
     updateAgents();
@@ -62,6 +73,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     _awayDigest = std::make_unique<AwayDigestWindow>(inbox, &_environment->awaySummarizer());
     _awayDigest->follow(*_awayMonitor);
     connect(_awayDigest.get(), &AwayDigestWindow::openNote, _deckManager.get(), &DeckManager::expand);
+
+    // Where the session can't grab keys (Wayland, or the key is taken) the tray entry remains.
+    _tellVuroShortcut = std::make_unique<GlobalShortcut>();
+    connect(_tellVuroShortcut.get(), &GlobalShortcut::activated, this, &AppDelegate::showTellVuro);
+    connect(this, &AppDelegate::applicationWillTerminate, _tellVuroShortcut.get(), &GlobalShortcut::stop);
+    _tellVuroShortcut->start();
     log(QStringLiteral("launched (pid %1)").arg(QCoreApplication::applicationPid()));
 }
 
@@ -77,6 +94,35 @@ void AppDelegate::showNotesWindow() {
     _notesWindow->show();
     _notesWindow->raise();
     _notesWindow->activateWindow();
+}
+
+AgentEditorWindow* AppDelegate::showAgentEditor(const QString& agentID) {
+    QPointer<AgentEditorWindow>& window = _agentEditors[agentID];
+    if (!window) {
+        window = new AgentEditorWindow(_environment->agents(), agentID);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return window;
+}
+
+SettingsWindow* AppDelegate::showSettings() {
+    if (!_settingsWindow)
+        _settingsWindow = std::make_unique<SettingsWindow>(_environment->providerSettings(), _environment->keys(),
+                                                           _environment->assistant());
+    _settingsWindow->showPage(SettingsWindow::assistantTitle());
+    return _settingsWindow.get();
+}
+
+CommandBar* AppDelegate::showTellVuro() {
+    if (!_commandBar) {
+        _commandModel = std::make_unique<CommandBarModel>(_environment->notes(), _environment->assistant(), agentTextIsTurkish());
+        _commandBar = std::make_unique<CommandBar>(*_commandModel);
+    }
+    _commandBar->present();
+    return _commandBar.get();
 }
 
 void AppDelegate::showAgentChat(const QString& agentID) {

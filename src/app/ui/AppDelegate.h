@@ -2,7 +2,9 @@
 
 #include "app/AppEnvironment.h"
 
+#include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <functional>
 #include <map>
@@ -13,10 +15,15 @@ namespace vuro {
 class AgentChatWindow;
 class AwayDigestWindow;
 class AwayMonitor;
+class AgentEditorWindow;
+class CommandBar;
+class CommandBarModel;
 class DeckManager;
+class GlobalShortcut;
 class MenuBarController;
 class NotesWindow;
 class QtDeckHost;
+class SettingsWindow;
 
 // Starts and stops the running application around one AppEnvironment, which it builds when it
 // is created. The controllers it starts stay empty until launch has finished and are never
@@ -46,6 +53,14 @@ public:
     // The same without a question: for a session that ends, where nobody can answer.
     void terminateNow();
 
+    // Opens the agent editor on that agent, or on a new one for an empty id; an agent already
+    // open comes forward instead of opening twice.
+    AgentEditorWindow* showAgentEditor(const QString& agentID);
+    // Settings on its Assistant page.
+    SettingsWindow* showSettings();
+    // The Tell Vuro bar, from the tray or the global shortcut.
+    CommandBar* showTellVuro();
+
     // Asks whether to quit with unsaved notes; the modal dialog unless a test replaces it.
     std::function<bool(const QString& lastError)> confirmQuit;
 
@@ -70,6 +85,12 @@ private:
     std::unique_ptr<NotesWindow> _notesWindow;
     std::unique_ptr<AwayMonitor> _awayMonitor;
     std::unique_ptr<AwayDigestWindow> _awayDigest;
+
+    std::unique_ptr<SettingsWindow> _settingsWindow;
+    std::unique_ptr<CommandBarModel> _commandModel;
+    std::unique_ptr<CommandBar> _commandBar;
+    std::unique_ptr<GlobalShortcut> _tellVuroShortcut;
+    QHash<QString, QPointer<AgentEditorWindow>> _agentEditors;
     std::map<QString, std::unique_ptr<AgentChatWindow>> _chatWindows;
 };
 

@@ -41,10 +41,12 @@ QIcon noteIcon() {
 
 MenuBarController::MenuBarController(QObject* parent) : QObject(parent), _menu(new QMenu), _agents(nullptr) {
     _menu->addAction(tr("New Note"), this, &MenuBarController::newNoteRequested);
+    _menu->addAction(tr("Tell Vuro…"), this, &MenuBarController::tellVuroRequested);
     _menu->addAction(tr("Show Shelf"), this, &MenuBarController::shelfRequested);
     _menu->addAction(tr("Notes…"), this, &MenuBarController::notesRequested);
     _agents = _menu->addMenu(tr("Agents"));
     setAgents({});
+    _menu->addAction(tr("Settings…"), this, &MenuBarController::settingsRequested);
     _menu->addSeparator();
     _menu->addAction(tr("Quit"), this, &MenuBarController::quitRequested);
 }

@@ -9,8 +9,9 @@ class QSystemTrayIcon;
 
 namespace vuro {
 
-// The tray icon and its menu: New Note, Show Shelf, Notes…, Agents ▸, Quit; a click on the icon
-// fans the Shelf out. The Agents submenu lists every agent, with a dot for unread replies. On a desktop without a tray the program keeps running without it; a second start
+// The tray icon and its menu: New Note, Tell Vuro…, Show Shelf, Notes…, Agents ▸, Settings…, Quit; a
+// click on the icon fans the Shelf out. The Agents submenu lists every agent, with a dot for unread
+// replies. On a desktop without a tray the program keeps running without it; a second start
 // then brings it forward. Main thread only.
 class MenuBarController : public QObject {
     Q_OBJECT
@@ -40,6 +41,8 @@ Q_SIGNALS:
     void newNoteRequested();
     void shelfRequested();
     void notesRequested();
+    void tellVuroRequested();
+    void settingsRequested();
     void agentChatRequested(const QString& agentID);
     void quitRequested();
 
