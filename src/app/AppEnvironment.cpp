@@ -4,6 +4,8 @@
 #include "base/Defaults.h"
 #include "base/HttpSession.h"
 #include "base/TestHost.h"
+#include "inbox/AssistantAwaySummaryProvider.h"
+#include "inbox/DefaultsUnreadDropStore.h"
 #include "models/AttachmentText.h"
 #include "models/OnDeviceProvider.h"
 #include "models/RoutingProvider.h"
@@ -43,6 +45,13 @@ AppEnvironment::AppEnvironment(Stores stores, std::chrono::milliseconds saveDela
         std::move(agentStore), _notes.get(), std::move(attachments),
         [models](const Agent& agent) { return models->modelFor(agent); }, _preferences, agentTextIsTurkish());
     _agents->unread().observe(*_presence);
+
+    // What agents deliver; the unread ids are kept in the preferences. Summaries of what came
+    // during an absence come from the same assistant, and only while the user allows them.
+    _inbox = std::make_unique<DropInbox>(*_notes, std::make_shared<DefaultsUnreadDropStore>(*_preferences));
+    _awaySummarizer = std::make_unique<AwaySummarizer>(
+        std::make_shared<AssistantAwaySummaryProvider>(*_assistant),
+        [settings] { return settings->boolValue(QStringLiteral("summarizeAwayDrops")); }, agentTextIsTurkish());
     currentEnvironment = this;
 }
 

@@ -4,6 +4,8 @@
 #include "agents/AgentCenter.h"
 #include "agents/AgentConversationPresence.h"
 #include "agents/AgentPersistence.h"
+#include "inbox/AwaySummarizer.h"
+#include "inbox/DropInbox.h"
 #include "models/AIKeyStore.h"
 #include "models/AIProvider.h"
 #include "models/ChatModelFactory.h"
@@ -70,6 +72,9 @@ public:
     AgentConversationPresence& presence() const { return *_presence; }
     // How an agent's run gets its chat model; command-line and on-device back-ends plug in here.
     ChatModelFactory& chatModels() const { return *_chatModels; }
+    // Where agents deliver their results, and the summaries of what came while the user was away.
+    DropInbox& inbox() const { return *_inbox; }
+    AwaySummarizer& awaySummarizer() const { return *_awaySummarizer; }
 
 private:
     Defaults* _preferences;
@@ -81,6 +86,8 @@ private:
     std::unique_ptr<ChatModelFactory> _chatModels;
     std::unique_ptr<AgentConversationPresence> _presence;
     std::unique_ptr<AgentCenter> _agents;
+    std::unique_ptr<DropInbox> _inbox;
+    std::unique_ptr<AwaySummarizer> _awaySummarizer;
 };
 
 }  // namespace vuro

@@ -4,10 +4,12 @@
 
 namespace vuro::Text {
 
-QString fold(const QString& text) {
-    QString dotless = text;
+namespace {
+
+// The whole folding, for a run of text without ASCII characters.
+QString foldUnicode(QStringView run) {
+    QString dotless = run.toString();
     dotless.replace(QChar(0x0130), QLatin1Char('i'))  // İ
-        .replace(QLatin1Char('I'), QLatin1Char('i'))
         .replace(QChar(0x0131), QLatin1Char('i'));  // ı
     const QString decomposed = dotless.toCaseFolded().normalized(QString::NormalizationForm_KD);
     QString folded;
@@ -18,6 +20,38 @@ QString fold(const QString& text) {
         folded.append(c);
     }
     return folded.toCaseFolded();
+}
+
+bool isASCII(QChar c) { return c.unicode() < 0x80; }
+
+}  // namespace
+
+// Search folds every note, and notes are mostly ASCII, where folding is lower-casing ("I"
+// included). Only the runs outside ASCII take the Unicode path. Cutting the text at ASCII
+// characters changes nothing: each of them starts a character of its own in every normal form,
+// so no decomposition, reordering or combining mark reaches across them.
+QString fold(const QString& text) {
+    QString folded;
+    folded.reserve(text.size());
+    const QChar* characters = text.constData();
+    const qsizetype size = text.size();
+    qsizetype start = 0;
+    while (start < size) {
+        qsizetype end = start;
+        const bool ascii = isASCII(characters[start]);
+        while (end < size && isASCII(characters[end]) == ascii) ++end;
+        const QStringView run(characters + start, end - start);
+        if (ascii) {
+            const qsizetype from = folded.size();
+            folded.append(run);
+            for (QChar* c = folded.data() + from; c != folded.data() + folded.size(); ++c)
+                if (c->unicode() >= 'A' && c->unicode() <= 'Z') *c = QChar(c->unicode() + ('a' - 'A'));
+        } else {
+            folded.append(foldUnicode(run));
+        }
+        start = end;
+    }
+    return folded;
 }
 
 qsizetype characterCount(const QString& text) {

@@ -23,7 +23,7 @@ const QString agentChannelPrefix = QStringLiteral("agent.");
 
 NoteFacts NoteFacts::of(const Note& note) {
     NoteFacts facts;
-    facts.haystack = Text::fold(note.title) + QLatin1Char('\n') + Text::fold(note.body);
+    facts.haystack = (Text::fold(note.title) + QLatin1Char('\n') + Text::fold(note.body)).toUtf8();
     facts.tagKeys.reserve(note.tags.size());
     for (const QString& tag : note.tags) facts.tagKeys.append(NoteFilter::tagKey(tag));
     facts.displayTitle = note.displayTitle();

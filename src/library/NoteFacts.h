@@ -2,6 +2,7 @@
 
 #include "notes/Note.h"
 
+#include <QByteArray>
 #include <QCollatorSortKey>
 #include <QHash>
 #include <QString>
@@ -14,7 +15,10 @@ namespace vuro {
 // who made it and what its body holds. Folding a body is the costly part of a search, so the
 // Notes window keeps these per note in a NoteFactsCache and recomputes them only on change.
 struct NoteFacts {
-    QString haystack;           // folded title, a line end, folded body
+    // Folded title, a line end, folded body, as UTF-8: half the memory of UTF-16 for the text
+    // people write, and searched with the C library's memmem. A UTF-8 needle can only match at
+    // character boundaries, so a byte match is a character match.
+    QByteArray haystack;
     QStringList tagKeys;        // NoteFilter::tagKey of each tag
     QString displayTitle;
     std::optional<QString> agentID;  // the agent that made the note, if one did

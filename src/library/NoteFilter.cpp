@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <algorithm>
+#include <cstring>
 #include <numeric>
 
 namespace vuro {
@@ -12,6 +13,12 @@ namespace vuro {
 namespace {
 
 bool isQuote(QChar c) { return c == QLatin1Char('"') || c == QChar(0x201C) || c == QChar(0x201D); }
+
+// glibc's memmem is several times faster than a search through UTF-16 text, and the folded
+// text of 10,000 notes is searched on every keystroke in the search line.
+bool contains(const QByteArray& haystack, const QByteArray& needle) {
+    return needle.isEmpty() || memmem(haystack.constData(), size_t(haystack.size()), needle.constData(), size_t(needle.size()));
+}
 
 bool hasTagKey(const NoteFacts& facts, const QString& key) { return !key.isEmpty() && facts.tagKeys.contains(key); }
 
@@ -69,17 +76,15 @@ bool passesPeriod(const QDateTime& modified, NoteFilter::Period period, const QD
 }
 
 bool passesSearch(const NoteFacts& facts, const NoteFilter::Search& search) {
-    for (const QString& word : search.words)
-        if (!facts.haystack.contains(word)) return false;
-    for (const QString& phrase : search.phrases)
-        if (!facts.haystack.contains(phrase)) return false;
+    for (const QByteArray& required : search.required)
+        if (!contains(facts.haystack, required)) return false;
     for (const QString& tag : search.tags) {
         const bool found = std::any_of(facts.tagKeys.cbegin(), facts.tagKeys.cend(),
                                        [&](const QString& key) { return key.startsWith(tag); });
         if (!found) return false;
     }
-    for (const QString& excluded : search.excluded)
-        if (facts.haystack.contains(excluded)) return false;
+    for (const QByteArray& excluded : search.excludedBytes)
+        if (contains(facts.haystack, excluded)) return false;
     return true;
 }
 
@@ -136,6 +141,9 @@ NoteFilter::Search NoteFilter::parse(const QString& query) {
             search.words.append(Text::fold(token));
         }
     }
+    for (const QStringList* texts : {&search.words, &search.phrases})
+        for (const QString& text : *texts) search.required.append(text.toUtf8());
+    for (const QString& text : search.excluded) search.excludedBytes.append(text.toUtf8());
     return search;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QByteArray>
 #include <QStringList>
 #include <set>
 
@@ -33,12 +34,18 @@ struct NoteFilter {
     enum class Period { any, today, week, month };
     enum class Sort { edited, created, title, shelf };
 
-    // The search line read into its parts, each folded.
+    // The search line read into its parts, each folded. Made by parse(), which also prepares the
+    // text searches: one search line is matched against every note's text.
     struct Search {
         QStringList words;
         QStringList phrases;
         QStringList tags;
         QStringList excluded;
+
+        // Words and phrases (all must occur) and exclusions (none may) in UTF-8, the form the
+        // folded text of a note is searched in (NoteFacts::haystack).
+        QList<QByteArray> required;
+        QList<QByteArray> excludedBytes;
 
         bool isEmpty() const { return words.isEmpty() && phrases.isEmpty() && tags.isEmpty() && excluded.isEmpty(); }
         bool operator==(const Search&) const = default;

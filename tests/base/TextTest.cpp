@@ -13,7 +13,10 @@ TEST(Text, FoldsTurkishCaseDiacriticsAndWidth) {
     } cases[] = {
         {"İstanbul", "istanbul"}, {"ISTANBUL", "istanbul"}, {"ıspanak", "ispanak"},
         {"Çalışma Şöyle", "calisma soyle"}, {"Crème Brûlée", "creme brulee"},
-        {"ＡＢＣ１２３", "abc123"}
+        {"ＡＢＣ１２３", "abc123"},
+        // ASCII and other runs side by side: a combining mark after an ASCII letter, a full-width
+        // capital I, Turkish capitals between plain words.
+        {"Cafe\u0301 KAPI Ｉrmak İÇİN ıI", "cafe kapi irmak icin ii"}, {"", ""}, {"Plain ASCII, 42!", "plain ascii, 42!"}
     };
     for (const auto& c : cases) EXPECT_EQ(Text::fold(QString::fromUtf8(c.text)), QString::fromUtf8(c.folded)) << c.text;
 }

@@ -2,6 +2,8 @@
 #include "editor/EditorTextAdapter.h"
 #include "support/Printers.h"
 
+#include <QRandomGenerator>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 using namespace vuro;
@@ -34,6 +36,24 @@ INSTANTIATE_TEST_SUITE_P(
                     RoundTrip{"one\n- [ ] two\r\n  - [x] three", "one\n☐ two\r\n  ☑ three",
                               "one\n- [ ] two\r\n  - [x] three"},
                     RoundTrip{"- [ ]x", "- [ ]x", "- [ ]x"}));
+
+// The editor-to-stored conversion is a hand-written pass; its definition is the pair of
+// line-anchored replacements below. Random texts of the characters that matter must convert alike.
+TEST(EditorTextAdapter, toStoredDoesWhatTheLineAnchoredReplacementsDo) {
+    static const QRegularExpression open(QStringLiteral("^([\\t ]*)☐ "), QRegularExpression::MultilineOption);
+    static const QRegularExpression done(QStringLiteral("^([\\t ]*)☑ "), QRegularExpression::MultilineOption);
+    const QString alphabet = QStringLiteral(" \t\n\r☐☑a-[x");
+    QRandomGenerator random(7);
+    for (int i = 0; i < 20000; ++i) {
+        QString text;
+        const int length = random.bounded(24);
+        for (int j = 0; j < length; ++j) text += alphabet[random.bounded(alphabet.size())];
+        QString expected = text;
+        expected.replace(open, QStringLiteral("\\1- [ ] "));
+        expected.replace(done, QStringLiteral("\\1- [x] "));
+        ASSERT_EQ(EditorTextAdapter::toStored(text), expected) << text.toStdString();
+    }
+}
 
 TEST(EditorTextAdapter, memoReturnsThePartnerOfTheLastText) {
     EditorTextAdapter adapter;

@@ -18,9 +18,12 @@ QStringList list(std::initializer_list<const char*> items) {
 }
 
 TEST(NoteFilterParse, ReadsPhrasesTagsExclusionsAndWords) {
+    struct Parts {
+        QStringList words, phrases, tags, excluded;
+    };
     struct Case {
         const char* query;
-        Search expected;
+        Parts expected;
     } cases[] = {
         {"", {}},
         {"   ", {}},
@@ -47,6 +50,7 @@ TEST(NoteFilterParse, ReadsPhrasesTagsExclusionsAndWords) {
         EXPECT_EQ(parsed.phrases, c.expected.phrases) << c.query;
         EXPECT_EQ(parsed.tags, c.expected.tags) << c.query;
         EXPECT_EQ(parsed.excluded, c.expected.excluded) << c.query;
+        EXPECT_EQ(parsed.required.size(), c.expected.words.size() + c.expected.phrases.size()) << c.query;
     }
 }
 
@@ -163,11 +167,11 @@ TEST(NoteFactsCache, RecomputesOnlyWhenTheNoteChanges) {
     NoteFactsCache cache;
     Note note = makeNote("n", "Title", "first body", 0);
     const NoteFacts* before = &cache.facts(note);
-    EXPECT_TRUE(before->haystack.contains(u("first")));
+    EXPECT_TRUE(before->haystack.contains("first"));
     EXPECT_EQ(&cache.facts(note), before);  // unchanged: the same entry, not a recomputation
 
     note.body = u("second body");
-    EXPECT_TRUE(cache.facts(note).haystack.contains(u("second")));
+    EXPECT_TRUE(cache.facts(note).haystack.contains("second"));
     note.tags = list({"Fresh"});
     EXPECT_EQ(cache.facts(note).tagKeys, list({"fresh"}));
     note.origin = NoteOrigin::agent(u("A"), u("R"), u("Agent"));

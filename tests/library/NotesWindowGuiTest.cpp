@@ -1,6 +1,7 @@
 #include "library/ui/NotesWindow.h"
 
 #include "base/Clock.h"
+#include "editor/ui/NoteEditor.h"
 #include "library/LibraryModel.h"
 #include "library/ui/NoteListView.h"
 #include "library/ui/NotesSidebar.h"
@@ -14,7 +15,6 @@
 #include <QTreeWidget>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -117,11 +117,22 @@ TEST(NotesWindow, SearchNarrowsTheListAndShowsTheNote) {
     EXPECT_TRUE(f.window->editor()->toPlainText().startsWith(QStringLiteral("Themes for the quarter")));
     screenshot(*f.window, QStringLiteral("notes-search"));
 
-    // Typing in the editor goes to the store.
-    f.window->editor()->moveCursor(QTextCursor::End);
-    QTest::keyClick(f.window->editor(), Qt::Key_Return);
-    QTest::keyClicks(f.window->editor(), QStringLiteral("new line"));
-    EXPECT_TRUE(f.store.note(f.library().selectedIDs().first())->body.endsWith(QStringLiteral("new line")));
+    // The note opens in the Shelf's editor: boxes for task marks, hidden Markdown marks.
+    NoteEditor* editor = f.window->editor();
+    EXPECT_TRUE(editor->toPlainText().contains(QStringLiteral("☐ draft the plan")));
+    EXPECT_TRUE(editor->toPlainText().contains(QStringLiteral("☑ collect feedback")));
+
+    // Typing goes to the store in the stored form; leaving the line writes its date mark.
+    const QString id = f.library().selectedIDs().first();
+    editor->setFocus();
+    editor->moveCursor(QTextCursor::End);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTest::keyClicks(editor, QStringLiteral("- [ ] call Deniz tomorrow"));
+    EXPECT_TRUE(f.store.note(id)->body.endsWith(QStringLiteral("\n- [ ] call Deniz tomorrow")));
+    QTest::keyClick(editor, Qt::Key_Up);
+    EXPECT_TRUE(f.store.note(id)->body.endsWith(QStringLiteral("\n- [ ] call Deniz 📅 2026-06-16")))
+        << f.store.note(id)->body.toStdString();
+    EXPECT_TRUE(editor->toPlainText().endsWith(QStringLiteral("☐ call Deniz 📅 2026-06-16")));
 
     f.window->searchLine()->clear();
     QTest::keyClicks(f.window->searchLine(), QStringLiteral("\"no such thing"));

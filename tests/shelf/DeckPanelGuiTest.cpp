@@ -93,14 +93,58 @@ TEST_F(Shelf, editsInTheOpenNoteReachTheStore) {
     deck->collapse();
 }
 
-TEST_F(Shelf, draggingACardReordersTheNotes) {
+TEST_F(Shelf, findBarTakesTheTypingAndStepsThroughMatches) {
+    const QString id = store.create({}, QStringLiteral("tap water\nthe kitchen tap\nno match here\ntap again")).id;
+    deck->expand(id);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
+    QLineEdit* find = panel->findChild<QLineEdit*>();
+    ASSERT_NE(find, nullptr);
+    EXPECT_FALSE(find->isVisible());
+
+    QTest::keyClick(panel->editor(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(find->isVisible());
+    EXPECT_TRUE(find->hasFocus());
+    QTest::keyClicks(find, QStringLiteral("tap"));
+    EXPECT_EQ(deck->model().findQuery(), QStringLiteral("tap"));
+    EXPECT_EQ(panel->editor()->extraSelections().size(), 3);
+    saveShot(*panel, QStringLiteral("shelf-find"));
+
+    // Return selects the next match after the caret, and starts from the top after the last.
+    QList<int> lines;
+    for (int i = 0; i < 4; ++i) {
+        QTest::keyClick(find, Qt::Key_Return);
+        EXPECT_EQ(panel->editor()->textCursor().selectedText(), QStringLiteral("tap"));
+        lines.append(panel->editor()->textCursor().blockNumber());
+    }
+    EXPECT_EQ(lines, (QList<int>{0, 1, 3, 0}));
+
+    // Escape closes the bar first and gives the typing back to the note; a second one folds it.
+    QTest::keyClick(find, Qt::Key_Escape);
+    EXPECT_FALSE(deck->model().findQuery().has_value());
+    EXPECT_FALSE(find->isVisible());
+    EXPECT_TRUE(panel->editor()->hasFocus());
+    EXPECT_TRUE(deck->state().isExpanded());
+    QTest::keyClick(panel->editor(), Qt::Key_Escape);
+    EXPECT_TRUE(deck->state().isFan());
+    deck->returnToIdle();
+}
+
+TEST_F(Shelf, draggingACardReordersTheNotesOnceTheDropIsDone) {
     deck->setState(DeckState::fan());
     QTest::qWait(20);
     const QString first = store.visibleNotes()[0].id;
     ASSERT_TRUE(panel->list()->model()->moveRows(QModelIndex(), 0, 1, QModelIndex(), 3));
-    const QList<Note> visible = store.visibleNotes();
-    EXPECT_EQ(visible[2].id, first);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return store.visibleNotes()[2].id == first; }, 2000));
     EXPECT_EQ(rows->rows.value(first).order, 2.0);
+    EXPECT_EQ(panel->list()->item(2)->data(Qt::UserRole).toString(), first);
+
+    // A note arriving during a drag waits for the drag to end before the list shows it.
+    deck->model().setDragging(true);
+    const QString arrived = store.create(QStringLiteral("Arrived mid-drag")).id;
+    EXPECT_EQ(panel->list()->count(), 5);
+    deck->model().setDragging(false);
+    ASSERT_EQ(panel->list()->count(), 6);
+    EXPECT_EQ(panel->list()->item(0)->data(Qt::UserRole).toString(), arrived);
     deck->returnToIdle();
 }
 

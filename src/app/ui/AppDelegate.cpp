@@ -12,6 +12,9 @@
 #include "base/TestHost.h"
 #include "commands/CommandBarModel.h"
 #include "commands/ui/CommandBar.h"
+#include "inbox/AwayMonitor.h"
+#include "inbox/DropInbox.h"
+#include "inbox/ui/AwayDigestWindow.h"
 #include "library/ui/NotesWindow.h"
 #include "models/AttachmentText.h"
 #include "settings/ui/SettingsWindow.h"
@@ -19,6 +22,7 @@
 #include "shelf/ui/QtDeckHost.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 namespace vuro {
 
@@ -59,6 +63,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     _deckManager->refreshScreens();
     connect(_menuBar.get(), &MenuBarController::newNoteRequested, _deckManager.get(), &DeckManager::createAndExpand);
     connect(_menuBar.get(), &MenuBarController::shelfRequested, _deckManager.get(), &DeckManager::announce);
+
+    // What agents deliver lands on the Shelf, which fans out to show it; what arrives while the
+    // screen is locked or the session idle is summed up in the digest when the user is back.
+    DropInbox& inbox = _environment->inbox();
+    inbox.onReceive = [decks = QPointer<DeckManager>(_deckManager.get())](const DropInbox::ReceivedDrop&) {
+        if (decks) decks->announce();
+    };
+    _awayMonitor.reset(AwayMonitor::forThisSession());
+    _awayDigest = std::make_unique<AwayDigestWindow>(inbox, &_environment->awaySummarizer());
+    _awayDigest->follow(*_awayMonitor);
+    connect(_awayDigest.get(), &AwayDigestWindow::openNote, _deckManager.get(), &DeckManager::expand);
 
     // Where the session can't grab keys (Wayland, or the key is taken) the tray entry remains.
     _tellVuroShortcut = std::make_unique<GlobalShortcut>();

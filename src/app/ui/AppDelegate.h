@@ -13,6 +13,8 @@
 namespace vuro {
 
 class AgentChatWindow;
+class AwayDigestWindow;
+class AwayMonitor;
 class AgentEditorWindow;
 class CommandBar;
 class CommandBarModel;
@@ -38,6 +40,7 @@ public:
     AppEnvironment& environment() const { return *_environment; }
     MenuBarController* menuBar() const { return _menuBar.get(); }
     DeckManager* deckManager() const { return _deckManager.get(); }
+    AwayDigestWindow* awayDigest() const { return _awayDigest.get(); }
 
     void applicationDidFinishLaunching();
     // A second start asked this copy to come forward.
@@ -80,6 +83,9 @@ private:
     std::unique_ptr<QtDeckHost> _deckHost;
     std::unique_ptr<DeckManager> _deckManager;
     std::unique_ptr<NotesWindow> _notesWindow;
+    std::unique_ptr<AwayMonitor> _awayMonitor;
+    std::unique_ptr<AwayDigestWindow> _awayDigest;
+
     std::unique_ptr<SettingsWindow> _settingsWindow;
     std::unique_ptr<CommandBarModel> _commandModel;
     std::unique_ptr<CommandBar> _commandBar;

@@ -11,6 +11,8 @@
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QUrl>
+#include <algorithm>
+#include <vector>
 
 namespace vuro {
 
@@ -216,63 +218,75 @@ void NoteEditor::styleLines(const EditorRange& range, const EditorStyling& styli
     hiddenFormat.setFontPointSize(0.01);
     hiddenFormat.setForeground(Qt::transparent);
 
+    // The blocks of the range, and for each the formats that fall in it, in the engine's order
+    // (a later span adds to an earlier one). Each range is filed under its blocks by a binary
+    // search, so that a full pass over a long note costs its length, not lines times spans.
+    std::vector<QTextBlock> blocks;
+    std::vector<qsizetype> starts;
     for (QTextBlock block = document()->findBlock(static_cast<int>(range.location));
          block.isValid() && block.position() < std::max(range.end(), range.location + 1); block = block.next()) {
-        const EditorRange line{block.position(), block.length() - 1};
-        const QString text = block.text();
-        QList<QTextLayout::FormatRange> formats;
-        const auto add = [&](const EditorRange& r, const QTextCharFormat& format) {
+        blocks.push_back(block);
+        starts.push_back(block.position());
+    }
+    if (blocks.empty()) return;
+    std::vector<QList<QTextLayout::FormatRange>> formats(blocks.size());
+    const auto add = [&](const EditorRange& r, const QTextCharFormat& format) {
+        auto first = std::upper_bound(starts.cbegin(), starts.cend(), r.location);
+        for (size_t i = size_t(std::max<qsizetype>(first - starts.cbegin() - 1, 0)); i < blocks.size() && starts[i] < r.end(); ++i) {
+            const EditorRange line{starts[i], blocks[i].length() - 1};
             const qsizetype start = std::max(r.location, line.location);
             const qsizetype end = std::min(r.end(), line.end());
             if (end > start)
-                formats.append({static_cast<int>(start - line.location), static_cast<int>(end - start), format});
-        };
-        for (const EditorSpan& span : styling.spans) {
-            QTextCharFormat format;
-            switch (span.role) {
-            case EditorSpanRole::heading:
-                format.setFontPointSize(_fontSize * headingScale(span.level));
-                format.setFontWeight(QFont::DemiBold);
-                break;
-            case EditorSpanRole::link:
-                format.setFontUnderline(true);
-                if (!span.url.isEmpty()) {
-                    format.setAnchor(true);
-                    format.setAnchorHref(span.url);
-                }
-                break;
-            case EditorSpanRole::bold: format.setFontWeight(QFont::Bold); break;
-            case EditorSpanRole::italic:
-            case EditorSpanRole::quote: format.setFontItalic(true); break;
-            case EditorSpanRole::code:
-                format.setFontFamilies({QStringLiteral("monospace")});
-                format.setFontFixedPitch(true);
-                format.setBackground(withAlpha(_ink, 0.07));
-                break;
-            case EditorSpanRole::strikethrough: format.setFontStrikeOut(true); break;
-            case EditorSpanRole::bullet: format.setForeground(withAlpha(_ink, 0.5)); break;
-            case EditorSpanRole::embed: format.setForeground(withAlpha(_ink, 0.32)); break;
-            case EditorSpanRole::embedHead: {
-                const qsizetype offset = span.range.location - line.location;
-                QString token;
-                for (const EditorSpan& whole : styling.spans)
-                    if (whole.role == EditorSpanRole::embed && whole.range.location == span.range.location)
-                        token = text.mid(offset, whole.range.length);
-                format = hiddenFormat;
-                format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-                format.setFontLetterSpacing(chipWidth(token));
-                break;
-            }
-            }
-            add(span.range, format);
+                formats[i].append({static_cast<int>(start - line.location), static_cast<int>(end - start), format});
         }
-        QTextCharFormat markFormat;
-        markFormat.setForeground(muted());
-        for (const EditorMark& mark : styling.marks) add(mark.range, markFormat);
-        for (const EditorRange& hidden : styling.hidden) add(hidden, hiddenFormat);
-        block.layout()->setFormats(formats);
-        document()->markContentsDirty(block.position(), block.length());
+    };
+    EditorRange token;  // the last image or file token seen
+    for (const EditorSpan& span : styling.spans) {
+        QTextCharFormat format;
+        switch (span.role) {
+        case EditorSpanRole::heading:
+            format.setFontPointSize(_fontSize * headingScale(span.level));
+            format.setFontWeight(QFont::DemiBold);
+            break;
+        case EditorSpanRole::link:
+            format.setFontUnderline(true);
+            if (!span.url.isEmpty()) {
+                format.setAnchor(true);
+                format.setAnchorHref(span.url);
+            }
+            break;
+        case EditorSpanRole::bold: format.setFontWeight(QFont::Bold); break;
+        case EditorSpanRole::italic:
+        case EditorSpanRole::quote: format.setFontItalic(true); break;
+        case EditorSpanRole::code:
+            format.setFontFamilies({QStringLiteral("monospace")});
+            format.setFontFixedPitch(true);
+            format.setBackground(withAlpha(_ink, 0.07));
+            break;
+        case EditorSpanRole::strikethrough: format.setFontStrikeOut(true); break;
+        case EditorSpanRole::bullet: format.setForeground(withAlpha(_ink, 0.5)); break;
+        case EditorSpanRole::embed:
+            format.setForeground(withAlpha(_ink, 0.32));
+            token = span.range;
+            break;
+        case EditorSpanRole::embedHead:
+            // The engine gives a token's whole span just before its head; the chip's label, made
+            // of the whole token, decides the width.
+            format = hiddenFormat;
+            format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+            format.setFontLetterSpacing(chipWidth(textIn(token)));
+            break;
+        }
+        add(span.range, format);
     }
+    QTextCharFormat markFormat;
+    markFormat.setForeground(muted());
+    for (const EditorMark& mark : styling.marks) add(mark.range, markFormat);
+    for (const EditorRange& hidden : styling.hidden) add(hidden, hiddenFormat);
+    for (size_t i = 0; i < blocks.size(); ++i) blocks[i].layout()->setFormats(formats[i]);
+    const qsizetype from = starts.front();
+    document()->markContentsDirty(static_cast<int>(from),
+                                  static_cast<int>(blocks.back().position() + blocks.back().length() - from));
 }
 
 void NoteEditor::endStyling(bool) { viewport()->update(); }

@@ -1,5 +1,8 @@
 #include "library/ui/NotesWindow.h"
 
+#include "base/Clock.h"
+#include "base/Defaults.h"
+#include "editor/ui/NoteEditor.h"
 #include "library/LibraryModel.h"
 #include "library/ui/NoteFilterBar.h"
 #include "library/ui/NoteListView.h"
@@ -7,6 +10,8 @@
 #include "library/ui/NotesSidebar.h"
 #include "library/ui/TaskBoardView.h"
 #include "notes/NoteStore.h"
+#include "notes/TaskLine.h"
+#include "shelf/DeckPrefs.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -15,7 +20,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
-#include <QPlainTextEdit>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -203,15 +207,26 @@ QWidget* NotesWindow::makeEditor() {
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.35);
     titleFont.setBold(true);
     _title->setFont(titleFont);
-    _editor = new QPlainTextEdit(pane);
-    _editor->setFrameShape(QFrame::NoFrame);
+    // The same editor as on the Shelf: live Markdown, task boxes, date marks on commit.
+    _editor = new NoteEditor(pane);
     _editor->setAccessibleName(tr("Note text"));
-    _editor->setTabChangesFocus(false);
+    _editor->setCommitFilter([](const QString& newBody, const QString& oldBody) {
+        return TaskLine::applyDueDates(newBody, oldBody, Clock::now());
+    });
+    // Font size and Markdown rendering follow the same preferences as on the Shelf.
+    const auto applyEditorPreferences = [this] {
+        const DeckPrefs prefs = DeckPrefs::read(Defaults::standard());
+        _editor->setNoteFontSize(prefs.fontSize);
+        _editor->setMarkdown(prefs.markdown);
+        _editor->setRevealMarks(prefs.revealMarks);
+    };
+    applyEditorPreferences();
+    connect(&Defaults::standard(), &Defaults::changed, this, applyEditorPreferences);
     connect(_title, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (!_loading && !_editingID.isEmpty()) _store.setTitle(_editingID, text);
     });
-    connect(_editor, &QPlainTextEdit::textChanged, this, [this] {
-        if (!_loading && !_editingID.isEmpty()) _store.setBody(_editingID, _editor->toPlainText());
+    connect(_editor, &NoteEditor::storedTextChanged, this, [this](const QString& stored) {
+        if (!_loading && !_editingID.isEmpty()) _store.setBody(_editingID, stored);
     });
     auto* noSelection = new QLabel(tr("Select a note"), pane);
     noSelection->setAlignment(Qt::AlignCenter);
@@ -233,6 +248,8 @@ QWidget* NotesWindow::makeEditor() {
 void NotesWindow::showPrimary() {
     const auto& primary = _library->selection().primary;
     const std::optional<Note> note = primary ? _store.note(*primary) : std::nullopt;
+    // The line last typed into the note being left is finished there, date mark included.
+    if (!_editingID.isEmpty() && (!note || note->id != _editingID)) _editor->commit();
     if (!note) {
         _editingID.clear();
         _editorStack->setCurrentIndex(0);
@@ -242,7 +259,7 @@ void NotesWindow::showPrimary() {
     const bool switching = _editingID != note->id;
     _loading = true;
     if (switching || (!_title->hasFocus() && _title->text() != note->title)) _title->setText(note->title);
-    if (switching || (!_editor->hasFocus() && _editor->toPlainText() != note->body)) _editor->setPlainText(note->body);
+    if (switching || (!_editor->hasFocus() && _editor->storedText() != note->body)) _editor->setStoredText(note->body);
     _loading = false;
     _editingID = note->id;
     const bool writable = _store.isWritable() && !note->archived;

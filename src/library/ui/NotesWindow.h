@@ -5,7 +5,6 @@
 
 class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 class QStackedWidget;
 class QToolButton;
@@ -13,6 +12,7 @@ class QToolButton;
 namespace vuro {
 
 class LibraryModel;
+class NoteEditor;
 class NoteFilterBar;
 class NoteListView;
 class NoteStore;
@@ -36,7 +36,7 @@ public:
     QLineEdit* searchLine() const { return _search; }
     NoteListView* list() const { return _list; }
     NotesSidebar* sidebar() const { return _sidebar; }
-    QPlainTextEdit* editor() const { return _editor; }
+    NoteEditor* editor() const { return _editor; }
     TaskBoardView* taskBoard() const { return _taskBoard; }
 
     void archiveSelection();
@@ -78,7 +78,7 @@ private:
     TaskBoardView* _taskBoard;
     QLabel* _empty;
     QLineEdit* _title;
-    QPlainTextEdit* _editor;
+    NoteEditor* _editor;
     QStackedWidget* _editorStack;
     QString _editingID;
     bool _loading = false;

@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vuro {
 
@@ -104,11 +105,18 @@ void TaskBoardView::toggled(QTreeWidgetItem* item, int column) {
     if (_rebuilding || column != 0) return;
     const QString id = item->data(0, noteRole).toString();
     if (id.isEmpty()) return;
+    const bool done = item->checkState(0) == Qt::Checked;
+    const int line = item->data(0, lineRole).toInt();
+    _library.store().setTaskDone(done, line, id);
+    // A read-only store, or a line edited meanwhile, leaves the note as it was: so goes the box.
     const std::optional<Note> note = _library.store().note(id);
-    if (!note) return;
-    // One line rewritten, saved at once: a ticked box is a finished action, not typing.
-    const QString body = TaskLine::setDone(item->checkState(0) == Qt::Checked, item->data(0, lineRole).toInt(), note->body);
-    _library.store().setBody(id, body, false, true);
+    const QList<TaskLine> tasks = note ? TaskLine::all(note->body) : QList<TaskLine>();
+    const bool applied = std::any_of(tasks.cbegin(), tasks.cend(),
+                                     [&](const TaskLine& task) { return task.lineIndex == line && task.isDone == done; });
+    if (applied) return;
+    _rebuilding = true;
+    item->setCheckState(0, done ? Qt::Unchecked : Qt::Checked);
+    _rebuilding = false;
 }
 
 }  // namespace vuro

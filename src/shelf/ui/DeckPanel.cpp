@@ -136,6 +136,23 @@ private:
     NoteStore& _notes;
 };
 
+// The fan's list. While a card is dragged the deck counts as busy, so that neither the idle
+// tick nor a pointer leaving the strip folds the fan under the drag.
+class CardList : public QListWidget {
+public:
+    CardList(DeckModel& model, QWidget* parent) : QListWidget(parent), _model(model) {}
+
+protected:
+    void startDrag(Qt::DropActions supportedActions) override {
+        _model.setDragging(true);
+        QListWidget::startDrag(supportedActions);
+        _model.setDragging(false);
+    }
+
+private:
+    DeckModel& _model;
+};
+
 QToolButton* toolButton(const QString& text, const QString& tip, QWidget* parent) {
     auto* button = new QToolButton(parent);
     button->setText(text);
@@ -197,7 +214,7 @@ DeckPanel::DeckPanel(DeckController& controller, NoteStore& notes)
     undoLayout->addStretch();
     undoLayout->addWidget(undo);
     fanLayout->addWidget(_undoBar);
-    _list = new QListWidget(fan);
+    _list = new CardList(_controller.model(), fan);
     _list->setItemDelegate(new NoteCardDelegate(_list));
     _list->setFrameShape(QFrame::NoFrame);
     _list->setDragDropMode(QAbstractItemView::InternalMove);
@@ -206,8 +223,11 @@ DeckPanel::DeckPanel(DeckController& controller, NoteStore& notes)
     _list->setStyleSheet(QStringLiteral("QListWidget { background: transparent; }"));
     connect(_list, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { _controller.expand(item->data(idRole).toString()); });
-    connect(_list->model(), &QAbstractItemModel::rowsMoved, this,
-            [this](const QModelIndex&, int start, int, const QModelIndex&, int row) { listReordered(start, row); });
+    // Queued: the store's change rebuilds the list, which must not happen inside the drop.
+    connect(
+        _list->model(), &QAbstractItemModel::rowsMoved, this,
+        [this](const QModelIndex&, int start, int, const QModelIndex&, int row) { listReordered(start, row); },
+        Qt::QueuedConnection);
     fanLayout->addWidget(_list);
     _pages->addWidget(fan);
 
@@ -242,8 +262,10 @@ DeckPanel::DeckPanel(DeckController& controller, NoteStore& notes)
     _findField = new QLineEdit(_findBar);
     _findField->setPlaceholderText(tr("Find in note"));
     _findField->setClearButtonEnabled(true);
-    connect(_findField, &QLineEdit::textChanged, this,
-            [this](const QString& text) { _controller.model().setFindQuery(text); });
+    connect(_findField, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (_controller.model().findQuery()) _controller.model().setFindQuery(text);
+    });
+    connect(_findField, &QLineEdit::returnPressed, this, &DeckPanel::findNext);
     findLayout->addWidget(_findField);
     noteLayout->addWidget(_findBar);
     _editor = new NoteEditor(_notePage);
@@ -262,6 +284,7 @@ DeckPanel::DeckPanel(DeckController& controller, NoteStore& notes)
     connect(&_controller.model(), &DeckModel::changed, this, [this] {
         updateFind();
         refreshNote();
+        if (_listStale && !_controller.model().isDragging()) refreshList();
     });
     connect(&_controller, &DeckController::monitorsChanged, this, &DeckPanel::setMonitors);
     connect(&_notes, &NoteStore::notesChanged, this, [this] {
@@ -316,6 +339,9 @@ void DeckPanel::showState(const DeckState& state) {
 }
 
 void DeckPanel::refreshList() {
+    // Rebuilding the list under a drag would end it: the drop picks the change up.
+    _listStale = _controller.model().isDragging();
+    if (_listStale) return;
     const QList<Note> visible = _notes.visibleNotes();
     const bool showAll = _controller.model().showAll();
     _list->clear();
@@ -370,10 +396,15 @@ void DeckPanel::refreshNote() {
 
 void DeckPanel::updateFind() {
     const auto& query = _controller.model().findQuery();
+    const bool opening = query && _findBar->isHidden();
+    const bool closing = !query && !_findBar->isHidden();
     _findBar->setVisible(query.has_value());
+    if (query && _findField->text() != *query) _findField->setText(*query);
+    // The bar takes the typing when it opens and gives it back to the note when it closes.
+    if (opening && isActiveWindow()) _findField->setFocus();
+    if (closing && _findField->hasFocus()) _editor->setFocus();
     QList<QTextEdit::ExtraSelection> found;
     if (query && !query->isEmpty()) {
-        if (_findField->text() != *query) _findField->setText(*query);
         QTextCursor cursor(_editor->document());
         while (!(cursor = _editor->document()->find(*query, cursor)).isNull()) {
             QTextEdit::ExtraSelection selection;
@@ -381,9 +412,19 @@ void DeckPanel::updateFind() {
             selection.format.setBackground(QColor(0xFF, 0xC1, 0x07, 140));
             found.append(selection);
         }
-        if (_findBar->isVisible() && !_findField->hasFocus()) _findField->setFocus();
     }
     _editor->setExtraSelections(found);
+}
+
+void DeckPanel::findNext() {
+    const auto& query = _controller.model().findQuery();
+    if (!query || query->isEmpty()) return;
+    QTextDocument* document = _editor->document();
+    QTextCursor next = document->find(*query, _editor->textCursor());
+    if (next.isNull()) next = document->find(*query, 0);  // from the top again
+    if (next.isNull()) return;
+    _editor->setTextCursor(next);
+    _editor->ensureCursorVisible();
 }
 
 void DeckPanel::setMonitors(bool installed) {

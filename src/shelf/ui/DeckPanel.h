@@ -53,6 +53,8 @@ private:
     void setMonitors(bool installed);
     void markAsDock();
     void updateFind();
+    // Selects the next match of the find bar's text after the caret, from the top after the last.
+    void findNext();
 
     DeckController& _controller;
     NoteStore& _notes;
@@ -68,6 +70,7 @@ private:
     NoteEditor* _editor = nullptr;
     QString _shownNoteID;
     bool _monitors = false;
+    bool _listStale = false;  // the notes changed during a drag
 };
 
 }  // namespace vuro
