@@ -17,6 +17,7 @@
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 #include "support/ScriptedChatModel.h"
 
 #include <QApplication>
@@ -40,12 +41,6 @@ namespace {
 
 const QString editedAfter = QStringLiteral("The note was edited after this, so it was left as it is.");
 
-void screenshot(QWidget& window, const QString& name) {
-    QTest::qWait(60);  // pending layouts settle first
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 // A warm light scheme beside the style's own, so that both are seen in the screenshots.
 QPalette warmPalette() {
@@ -153,10 +148,10 @@ TEST(AgentChatWindow, StreamsTheReplyWithItsActionAndUndoesIt) {
     EXPECT_EQ(f.notes.note(noteID)->body, QStringLiteral("- [ ] bread\n- [ ] milk"));
     // The reply arrived while its conversation was on screen.
     EXPECT_FALSE(f.center->unread().agentIDs().contains(f.scout.id));
-    screenshot(*f.window, QStringLiteral("agent-chat-reply"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-reply"));
     f.window->setPalette(warmPalette());
     QTest::qWait(30);
-    screenshot(*f.window, QStringLiteral("agent-chat-reply-warm"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-reply-warm"));
 
     // Edited since: the change stands and the chip says why.
     f.notes.setBody(noteID, QStringLiteral("- [ ] bread\n- [ ] milk\n- [ ] jam"));
@@ -165,7 +160,7 @@ TEST(AgentChatWindow, StreamsTheReplyWithItsActionAndUndoesIt) {
     EXPECT_EQ(chip->refusalLabel()->text(), editedAfter);
     EXPECT_TRUE(chip->refusalLabel()->isVisible());
     EXPECT_TRUE(chip->undoButton()->isVisible());
-    screenshot(*f.window, QStringLiteral("agent-chat-undo-refused"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-undo-refused"));
 
     f.notes.setBody(noteID, QStringLiteral("- [ ] bread\n- [ ] milk"));
     QTest::mouseClick(chip->undoButton(), Qt::LeftButton);
@@ -205,7 +200,7 @@ TEST(AgentChatWindow, FailuresAndNoticesHaveTheirOwnLines) {
     const auto inkOf = [](QWidget* label) { return label->palette().color(label->foregroundRole()); };
     EXPECT_EQ(inkOf(failed->failureLabel()), ChatPalette::error(failed->failureLabel()->palette()));
     EXPECT_EQ(inkOf(views[0]->failureLabel()), ChatPalette::error(failed->failureLabel()->palette()));
-    screenshot(*f.window, QStringLiteral("agent-chat-failure"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-failure"));
 
     // Under another palette the error colour follows the new base.
     f.window->setPalette(warmPalette());
@@ -290,7 +285,7 @@ TEST(AgentChatWindow, DroppedFilesBecomeChipsOrSentences) {
     EXPECT_EQ(tray->chips().size(), 1);
     EXPECT_EQ(tray->failureText(), sentences.join(QLatin1Char('\n')));
     EXPECT_TRUE(tray->isVisible());
-    screenshot(*f.window, QStringLiteral("agent-chat-attachments"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-attachments"));
 
     // A file pasted into the text goes to the tray, never into the text as a path.
     f.type(QStringLiteral("see these"));
@@ -412,7 +407,7 @@ TEST(AgentChatWindow, AsksForApprovalInPlaceAndPassesTheAnswerOn) {
         ask(f.center.get(), request(other.id), elsewhere);  // another agent's question stays in its own chat
         ASSERT_EQ(f.window->approvalCards().size(), 1);
         EXPECT_EQ(f.window->transcript()->activityLabel()->text(), QStringLiteral("Waiting for your OK…"));
-        if (each.decision == MCPApprovalDecision::allowOnce) screenshot(*f.window, QStringLiteral("agent-chat-approval"));
+        if (each.decision == MCPApprovalDecision::allowOnce) test::screenshot(*f.window, QStringLiteral("agent-chat-approval"));
         QTest::mouseClick((f.window->approvalCards().first()->*each.button)(), Qt::LeftButton);
         QTest::qWait(30);
         EXPECT_EQ(*answer, each.decision);
@@ -430,7 +425,7 @@ TEST(AgentChatWindow, AsksForApprovalInPlaceAndPassesTheAnswerOn) {
     QStringList texts;
     for (QLabel* label : f.window->approvalCards().first()->findChildren<QLabel*>()) texts.append(label->text());
     EXPECT_TRUE(texts.join(QLatin1Char('\n')).contains(QStringLiteral("For the job “Weekly triage”."))) << texts.join(QLatin1Char('|')).toStdString();
-    screenshot(*f.window, QStringLiteral("agent-chat-approval-job"));
+    test::screenshot(*f.window, QStringLiteral("agent-chat-approval-job"));
     f.center->answer(f.center->pendingApprovals().first().id, MCPApprovalDecision::deny);
 }
 

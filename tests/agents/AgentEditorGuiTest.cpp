@@ -6,6 +6,7 @@
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,12 +22,6 @@
 namespace vuro {
 namespace {
 
-void screenshot(QWidget& window, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    QTest::qWait(30);  // let a pending relayout land first
-    ASSERT_TRUE(window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 struct AgentEditor : testing::Test {
     std::shared_ptr<InMemoryNotePersistence> notePersistence = std::make_shared<InMemoryNotePersistence>();
@@ -74,7 +69,7 @@ TEST_F(AgentEditor, EditsAFilledAgentAndKeepsWhatItDoesntShow) {
     EXPECT_EQ(window->accessBox()->currentText(), "Reads notes");
     EXPECT_TRUE(window->webBox()->isChecked());
     EXPECT_TRUE(window->deleteButton()->isEnabled());
-    screenshot(*window, "agent-editor");
+    test::screenshot(*window, "agent-editor");
 
     replace(window->nameField(), "Scout II");
     window->backEndBox()->setCurrentText("Codex CLI");
@@ -118,7 +113,7 @@ TEST_F(AgentEditor, RefusesABadDraftWithASentenceAndSavesNothing) {
         EXPECT_EQ(center.agents().size(), 2);
         EXPECT_TRUE(window->isVisible());
     }
-    screenshot(*window, "agent-editor-refused");
+    test::screenshot(*window, "agent-editor-refused");
     window->nameField()->setText("Ada");
     window->emojiField()->setText("🐝");
     EXPECT_TRUE(window->save());

@@ -7,6 +7,7 @@
 #include "notes/NoteStore.h"
 #include "support/LoopbackHttpServer.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 #include "support/VendorReplies.h"
 
 #include <QDir>
@@ -23,12 +24,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void screenshot(QWidget& window, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    QTest::qWait(30);  // let a pending relayout land first
-    ASSERT_TRUE(window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 struct TellVuroBar : testing::Test {
     Clock::Override clock{QDateTime(QDate(2026, 11, 21), QTime(9, 0))};
@@ -62,14 +57,14 @@ TEST_F(TellVuroBar, EnterSendsShowsThinkingThenTheOutcomeWithUndo) {
     EXPECT_TRUE(bar.progress()->isVisible());
     EXPECT_EQ(bar.message()->text(), "Thinking…");
     EXPECT_FALSE(bar.undoButton()->isVisible());
-    screenshot(bar, "tell-vuro-thinking");
+    test::screenshot(bar, "tell-vuro-thinking");
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return !thinking(); }, 5000));
     EXPECT_EQ(bar.message()->text(), "Added “milk” to Shopping list.");
     EXPECT_TRUE(bar.undoButton()->isVisible());
     EXPECT_FALSE(bar.progress()->isVisible());
     EXPECT_EQ(store.note(shopping)->body, "- [ ] bread\n- [ ] milk");
-    screenshot(bar, "tell-vuro-done");
+    test::screenshot(bar, "tell-vuro-done");
 
     QTest::mouseClick(bar.undoButton(), Qt::LeftButton);
     EXPECT_EQ(store.note(shopping)->body, "- [ ] bread");
@@ -86,7 +81,7 @@ TEST_F(TellVuroBar, FailuresShowAsSentencesAndEscCloses) {
     EXPECT_EQ(bar.message()->text(), "The API key was not accepted (401).");
     EXPECT_FALSE(bar.undoButton()->isVisible());
     EXPECT_EQ(bar.field()->text(), "new note: book recommendations") << "the sentence stays to try again";
-    screenshot(bar, "tell-vuro-failed");
+    test::screenshot(bar, "tell-vuro-failed");
 
     // Esc while thinking closes the bar and drops the answer.
     test::ReplayedResponse slow = test::openAIReply({R"({"action":"createNote","noteHint":"","text":"","title":"Books"})"});

@@ -1,5 +1,6 @@
 #include "editor/ui/NoteEditor.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -23,11 +24,6 @@ const QString note = QStringLiteral(
     "[receipt.pdf](vuro-file://F1) attached\n"
     "last line");
 
-void saveShot(QWidget& widget, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(widget.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 class Editor : public testing::Test {
 protected:
@@ -60,12 +56,12 @@ TEST_F(Editor, hidesMarksAwayFromTheCaretAndShowsThemOnItsLine) {
     EXPECT_NEAR(xAt(1, 6), xAt(1, 4), 0.5);
     // Heading marks take no room either: the title starts at the left margin.
     EXPECT_NEAR(xAt(0, 2), xAt(0, 0), 0.5);
-    saveShot(editor, QStringLiteral("editor-caret-away"));
+    test::screenshot(editor, QStringLiteral("editor-caret-away"));
 
     caretTo(1, 2);
     EXPECT_GT(xAt(1, 6) - xAt(1, 4), 8);  // the stars are back
     EXPECT_NEAR(xAt(0, 2), xAt(0, 0), 0.5);  // other lines stay hidden
-    saveShot(editor, QStringLiteral("editor-caret-on-marks"));
+    test::screenshot(editor, QStringLiteral("editor-caret-on-marks"));
 }
 
 TEST_F(Editor, storedTextCopyAndCaretStillSeeEveryCharacter) {

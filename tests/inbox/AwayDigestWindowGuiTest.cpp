@@ -5,6 +5,7 @@
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 #include "support/PrivateBus.h"
 
 #include <QCommandLinkButton>
@@ -80,9 +81,7 @@ TEST(AwayDigestWindow, ComingBackShowsWhatAgentsLeftMeanwhile) {
     for (const auto* button : f.window.findChildren<QCommandLinkButton*>()) lines.append(button->text());
     EXPECT_EQ(lines, (QStringList{"Weather: rain after four", "Morning digest", "proofread the launch post"}));
 
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    EXPECT_TRUE(f.window.grab().save(folder + QStringLiteral("/away-digest.png")));
+    test::screenshot(f.window, QStringLiteral("away-digest"));
 
     // A note opened from the digest; closing it ends the absence.
     QSignalSpy opened(&f.window, &AwayDigestWindow::openNote);

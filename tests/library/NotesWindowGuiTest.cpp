@@ -9,6 +9,7 @@
 #include "notes/InMemoryNotePersistence.h"
 #include "notes/NoteStore.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -71,11 +72,6 @@ void fill(NoteStore& store, Clock::Override& clock) {
     clock.set(now);
 }
 
-void screenshot(QWidget& window, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 struct Fixture {
     Clock::Override clock{now};
@@ -115,7 +111,7 @@ TEST(NotesWindow, SearchNarrowsTheListAndShowsTheNote) {
     QTest::qWait(50);
     EXPECT_EQ(f.library().selectedIDs().size(), 1);
     EXPECT_TRUE(f.window->editor()->toPlainText().startsWith(QStringLiteral("Themes for the quarter")));
-    screenshot(*f.window, QStringLiteral("notes-search"));
+    test::screenshot(*f.window, QStringLiteral("notes-search"));
 
     // The note opens in the Shelf's editor: boxes for task marks, hidden Markdown marks.
     NoteEditor* editor = f.window->editor();
@@ -146,7 +142,7 @@ TEST(NotesWindow, BulkSelectionArchivesTagsAndDeletesWithUndo) {
     f.clickRow(4, Qt::ShiftModifier);
     f.clickRow(7, Qt::ControlModifier);
     ASSERT_EQ(f.library().selectedIDs().size(), 5);
-    screenshot(*f.window, QStringLiteral("notes-bulk-selection"));
+    test::screenshot(*f.window, QStringLiteral("notes-bulk-selection"));
 
     const QStringList chosen = f.library().selectedIDs();
     f.window->addTagToSelection(QStringLiteral("Follow up"));
@@ -155,7 +151,7 @@ TEST(NotesWindow, BulkSelectionArchivesTagsAndDeletesWithUndo) {
     QTest::keyClick(f.window->list(), Qt::Key_Delete);
     QTest::qWait(50);
     EXPECT_EQ(f.library().shown().size(), 6);
-    screenshot(*f.window, QStringLiteral("notes-deleted-undo"));
+    test::screenshot(*f.window, QStringLiteral("notes-deleted-undo"));
     QTest::keyClick(f.window.get(), Qt::Key_Z, Qt::ControlModifier);
     QTest::qWait(50);
     EXPECT_EQ(f.library().shown().size(), 11);
@@ -184,7 +180,7 @@ TEST(NotesWindow, SidebarSectionsAndKeyboard) {
     sidebar->setCurrentItem(sidebar->itemFor(NotesSection::agents()));
     QTest::qWait(50);
     EXPECT_EQ(f.library().section(), NotesSection::agents());
-    screenshot(*f.window, QStringLiteral("notes-from-agents"));
+    test::screenshot(*f.window, QStringLiteral("notes-from-agents"));
 }
 
 QStringList boardRows(QTreeWidget* tree) {
@@ -207,7 +203,7 @@ TEST(NotesWindow, TasksSectionShowsTheBoardAndTicksThroughTheStore) {
                                             "  draft the plan", "Next 7 Days", "  compare insurance", "  plan next week",
                                             "No Date", "  review with Deniz", "  oat milk", "  bread", "  lemons",
                                             "  inbox zero"}));
-    screenshot(*f.window, QStringLiteral("notes-tasks"));
+    test::screenshot(*f.window, QStringLiteral("notes-tasks"));
 
     // Space on a task ticks it in its note.
     QTreeWidgetItem* garage = tree->topLevelItem(1)->child(0);

@@ -3,6 +3,7 @@
 #include "settings/ProviderProbe.h"
 #include "storage/InMemoryKeychain.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 #include "support/VendorReplies.h"
 
 #include <QComboBox>
@@ -15,12 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void screenshot(QWidget& window, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    QTest::qWait(30);  // let a pending relayout land first
-    ASSERT_TRUE(window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 struct AssistantPage : testing::Test {
     InMemoryKeychain keychain;
@@ -37,7 +32,7 @@ TEST_F(AssistantPage, ShowsAStoredKeyMaskedAndTakesANewOneIntoTheKeyring) {
     EXPECT_EQ(f.page().providerBox()->currentText(), "Anthropic API");
     EXPECT_EQ(f.page().keyRow(AIProviderKind::claude)->shownKey(), "sk-…3f9a");
     EXPECT_EQ(f.page().keyRow(AIProviderKind::openAI)->shownKey(), "");
-    screenshot(*f.window, "settings-assistant");
+    test::screenshot(*f.window, "settings-assistant");
 
     const QString key = "sk-proj-Q2w3E4r5T6y7U8i9O0pA";
     f.storeThroughPage(AIProviderKind::openAI, key);
@@ -115,14 +110,14 @@ TEST_F(AssistantPage, TestAsksTheChosenProviderAndShowsTheReply) {
     QTest::mouseClick(f.page().testButton(), Qt::LeftButton);
     EXPECT_TRUE(f.page().testProgress()->isVisible());
     EXPECT_EQ(f.page().testButton()->text(), "Stop");
-    screenshot(*f.window, "settings-assistant-testing");
+    test::screenshot(*f.window, "settings-assistant-testing");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !f.page().probe().isRunning(); }, 5000));
     EXPECT_EQ(f.page().testResult()->text(), "✓ Ollama answered: OK");
     EXPECT_FALSE(f.page().testProgress()->isVisible());
     ASSERT_EQ(server.requests().size(), 1u);
     EXPECT_EQ(server.requests()[0].path, "/v1/chat/completions");
     EXPECT_EQ(server.requests()[0].json().value("model").toString(), "llama3.2");
-    screenshot(*f.window, "settings-assistant-tested");
+    test::screenshot(*f.window, "settings-assistant-tested");
 
     // Without a key the provider's own sentence shows, and nothing is sent.
     f.page().providerBox()->setCurrentText("OpenAI API");

@@ -7,6 +7,7 @@
 #include "shelf/ui/DeckPanel.h"
 #include "shelf/ui/QtDeckHost.h"
 #include "support/Printers.h"
+#include "support/Screenshot.h"
 
 #include <QCursor>
 #include <QDir>
@@ -20,11 +21,6 @@ using namespace vuro;
 
 namespace {
 
-void saveShot(QWidget& widget, const QString& name) {
-    const QString folder = QStringLiteral(VURO_BINARY_DIR "/screenshots");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(widget.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
-}
 
 class Shelf : public testing::Test {
 protected:
@@ -61,21 +57,21 @@ TEST_F(Shelf, restFanAndExpandedAtTheScreenEdge) {
     EXPECT_EQ(panel->geometry(), expectedFrame(DeckState::rest()));
     EXPECT_EQ(panel->geometry().right(), deck->screen().visible.right());
     EXPECT_TRUE(panel->testAttribute(Qt::WA_X11NetWmWindowTypeDock));
-    saveShot(*panel, QStringLiteral("shelf-rest"));
+    test::screenshot(*panel, QStringLiteral("shelf-rest"));
 
     deck->setState(DeckState::fan());
     QTest::qWait(50);
     EXPECT_EQ(panel->geometry(), expectedFrame(DeckState::fan()));
     ASSERT_EQ(panel->list()->count(), 5);
     EXPECT_EQ(panel->list()->item(0)->text(), QStringLiteral("Meeting notes"));
-    saveShot(*panel, QStringLiteral("shelf-fan"));
+    test::screenshot(*panel, QStringLiteral("shelf-fan"));
 
     const QString id = store.visibleNotes()[4].id;
     deck->expand(id);
     QTest::qWait(80);
     EXPECT_EQ(deck->model().state(), DeckState::expanded(id));
     EXPECT_EQ(panel->editor()->storedText(), store.note(id)->body);
-    saveShot(*panel, QStringLiteral("shelf-expanded"));
+    test::screenshot(*panel, QStringLiteral("shelf-expanded"));
     deck->collapse();
 }
 
@@ -107,7 +103,7 @@ TEST_F(Shelf, findBarTakesTheTypingAndStepsThroughMatches) {
     QTest::keyClicks(find, QStringLiteral("tap"));
     EXPECT_EQ(deck->model().findQuery(), QStringLiteral("tap"));
     EXPECT_EQ(panel->editor()->extraSelections().size(), 3);
-    saveShot(*panel, QStringLiteral("shelf-find"));
+    test::screenshot(*panel, QStringLiteral("shelf-find"));
 
     // Return selects the next match after the caret, and starts from the top after the last.
     QList<int> lines;
@@ -155,7 +151,7 @@ TEST_F(Shelf, stripGrowsWithTheNotes) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return panel->geometry() == expectedFrame(DeckState::rest()); }, 3000))
         << panel->height() << " " << expectedFrame(DeckState::rest()).height();
     EXPECT_GT(panel->height(), before);
-    saveShot(*panel, QStringLiteral("shelf-rest-many"));
+    test::screenshot(*panel, QStringLiteral("shelf-rest-many"));
 }
 
 }  // namespace

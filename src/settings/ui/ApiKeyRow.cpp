@@ -86,20 +86,16 @@ void ApiKeyRow::saveEntry() {
         showProblem(tr("An API key has no spaces; copy it again from %1.").arg(AIProviderSettings::displayName(_kind)));
         return;
     }
-    try {
-        _keys.store(_kind, key);
-    } catch (const Error& error) {
-        showProblem(error.message());
-        return;
-    }
-    _problem->hide();
-    refresh();
-    Q_EMIT keyChanged(_kind);
+    change([&] { _keys.store(_kind, key); });
 }
 
 void ApiKeyRow::removeKey() {
+    change([&] { _keys.remove(_kind); });
+}
+
+void ApiKeyRow::change(const std::function<void()>& write) {
     try {
-        _keys.remove(_kind);
+        write();
     } catch (const Error& error) {
         showProblem(error.message());
         return;

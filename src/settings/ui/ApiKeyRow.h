@@ -3,6 +3,7 @@
 #include "agents/AIProviderKind.h"
 
 #include <QWidget>
+#include <functional>
 
 class QLabel;
 class QLineEdit;
@@ -39,6 +40,8 @@ private:
     void refresh();
     void saveEntry();
     void removeKey();
+    // Writes to the keychain; a failure keeps the row as it was and says why.
+    void change(const std::function<void()>& write);
     void showProblem(const QString& sentence);
 
     AIProviderKind _kind;
