@@ -2,6 +2,7 @@
 
 #include "agents/ReplyCleaner.h"
 #include "base/Text.h"
+#include "base/TimeText.h"
 
 #include <QLocale>
 
@@ -55,7 +56,7 @@ QString AgentPrompt::systemText(const Agent& agent, const AgentRouteBudget& budg
                      Text::cut(agent.memory, budget.persona);
     const QLocale locale;
     parts << pick(turkish, "Now: ", "Şu an: ") + locale.toString(now.date(), QLocale::LongFormat) + QLatin1Char(' ') +
-                 locale.toString(now.time(), QLocale::ShortFormat);
+                 shortTime(now.time(), locale);
     QString access;
     switch (agent.access) {
     case NoteAccess::none:

@@ -1,5 +1,7 @@
 #include "notes/TaskDue.h"
 
+#include "base/TimeText.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 
@@ -102,7 +104,7 @@ QString TaskDue::label(const QDateTime& now, const Calendar& calendar, const QLo
     else if (*days == 1) text = QCoreApplication::translate("vuro::TaskDue", "Tomorrow");
     else if (*days >= 2 && *days <= 6) text = locale.dayName(date.dayOfWeek(), QLocale::LongFormat);
     else text = dayAndMonth(date, date.year() != calendar.dateOf(now).year(), locale);
-    if (hour) text += u' ' + locale.toString(time, QLocale::ShortFormat);
+    if (hour) text += u' ' + shortTime(time, locale);
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "library/ui/NoteListDelegate.h"
 
 #include "base/Clock.h"
+#include "base/TimeText.h"
 #include "library/ui/NoteListModel.h"
 #include "library/ui/NotePalette.h"
 
@@ -20,10 +21,7 @@ QString NoteListDelegate::dateText(const QDateTime& date, const QDateTime& now) 
     const QDate day = date.toLocalTime().date();
     const qint64 days = day.daysTo(now.toLocalTime().date());
     if (days == 0) {
-        // The C locale's short time carries seconds; a list wants hours and minutes.
-        const QTime time = date.toLocalTime().time();
-        return locale.language() == QLocale::C ? time.toString(QStringLiteral("HH:mm"))
-                                               : locale.toString(time, QLocale::ShortFormat);
+        return shortTime(date.toLocalTime().time(), locale);
     }
     if (days == 1) return QApplication::translate("NoteList", "Yesterday");
     if (days > 1 && days < 7) return locale.dayName(day.dayOfWeek(), QLocale::LongFormat);
