@@ -4,7 +4,7 @@
 #include "agents/AgentRouteBudget.h"
 #include "agents/AgentToolCall.h"
 #include "agents/AgentToolOutcome.h"
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 #include "agents/MCPApprovalDecision.h"
 #include "agents/MCPApprovalRequest.h"
 #include "agents/MCPToolRef.h"
@@ -43,7 +43,7 @@ public:
 
     virtual ~AgentAbilities() = default;
 
-    virtual QList<AgentToolSpec> tools() const = 0;
+    virtual QList<AgentToolDefinition> tools() const = 0;
     // An addition to the system text, if any.
     virtual std::optional<QString> prompt() const = 0;
     // The outcome of a call, or none when the name isn't one of these tools.

@@ -462,10 +462,10 @@ QCoro::Task<AgentCenter::Result> AgentCenter::runOnce(Agent agent, QList<ChatTur
     if (jobToolboxFor && !turns.isEmpty())
         tools->jobs = jobToolboxFor({agent, request, onDevice, _turkish, run.jobID});
 
-    QList<AgentToolSpec> specs = NoteToolbox::tools(agent.access, onDevice, request, _turkish);
+    QList<AgentToolDefinition> specs = NoteToolbox::tools(agent.access, onDevice, request, _turkish);
     if (tools->abilities) specs += tools->abilities->tools();
     if (tools->jobs) {
-        const QList<AgentToolSpec> jobTools = tools->jobs->tools();
+        const QList<AgentToolDefinition> jobTools = tools->jobs->tools();
         if (!jobTools.isEmpty()) {
             specs += jobTools;
             system += QStringLiteral("\n\n") + tools->jobs->prompt();

@@ -3,7 +3,7 @@
 #include "agents/Agent.h"
 #include "agents/AgentToolCall.h"
 #include "agents/AgentToolOutcome.h"
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 
 #include <functional>
 #include <memory>
@@ -33,7 +33,7 @@ public:
     virtual ~AgentJobToolbox() = default;
 
     // The job tools offered for this request; none leaves them out of the run.
-    virtual QList<AgentToolSpec> tools() const = 0;
+    virtual QList<AgentToolDefinition> tools() const = 0;
     // The directions added to the system text when any job tool is offered.
     virtual QString prompt() const = 0;
     virtual QCoro::Task<AgentToolOutcome> run(AgentToolCall call) = 0;

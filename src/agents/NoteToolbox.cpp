@@ -155,7 +155,7 @@ NoteToolbox::NoteToolbox(NoteStore& store, NoteAccess access, int outputLimit, s
     : _store(&store), _access(access), _outputLimit(outputLimit), _now(std::move(now)), _memory(std::move(memory)),
       _turkish(turkish) {}
 
-QList<AgentToolSpec> NoteToolbox::tools(NoteAccess access, bool onDevice, const QString& request, bool turkish) {
+QList<AgentToolDefinition> NoteToolbox::tools(NoteAccess access, bool onDevice, const QString& request, bool turkish) {
     QStringList names;
     if (access != NoteAccess::none)
         names << QStringLiteral("list_notes") << QStringLiteral("search_notes") << QStringLiteral("read_note")
@@ -168,7 +168,7 @@ QList<AgentToolSpec> NoteToolbox::tools(NoteAccess access, bool onDevice, const 
         if (!onDevice) names << QStringLiteral("remove_lines") << QStringLiteral("replace_line");
     }
     names << QStringLiteral("remember");
-    QList<AgentToolSpec> result;
+    QList<AgentToolDefinition> result;
     for (const QString& name : names) result.append(*NoteTools::spec(name, turkish));
     return result;
 }

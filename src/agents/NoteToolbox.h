@@ -2,7 +2,7 @@
 
 #include "agents/AgentToolCall.h"
 #include "agents/AgentToolOutcome.h"
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 #include "agents/AgentUndo.h"
 #include "agents/NoteAccess.h"
 
@@ -41,7 +41,7 @@ public:
     // The tools of a run for an agent with this access. On the on-device route tag_notes and
     // move_notes are offered only when the request speaks of tags or folders, and the two
     // line-editing tools not at all.
-    static QList<AgentToolSpec> tools(NoteAccess access, bool onDevice, const QString& request, bool turkish);
+    static QList<AgentToolDefinition> tools(NoteAccess access, bool onDevice, const QString& request, bool turkish);
 
     // The outcome of a call, or none when the name isn't a note tool.
     QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call);

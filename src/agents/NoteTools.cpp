@@ -126,16 +126,16 @@ const QList<ToolRow>& rows() {
     return table;
 }
 
-AgentToolSpec make(const ToolRow& row, bool turkish) {
-    AgentToolSpec spec;
+AgentToolDefinition make(const ToolRow& row, bool turkish) {
+    AgentToolDefinition spec;
     spec.name = QLatin1String(row.name);
     spec.description = row.description.in(turkish);
     spec.writes = row.writes;
     for (const ParameterRow& p : row.parameters) {
-        AgentToolSpec::Parameter parameter{QLatin1String(p.name), p.description.in(turkish), {}, p.required};
+        AgentToolDefinition::Parameter parameter{QLatin1String(p.name), p.description.in(turkish), {}, p.required};
         // `when` is the one parameter with fixed answers; they are argument values, not words.
         if (parameter.name == kWhen)
-            parameter.kind = AgentToolSpec::Parameter::Kind::choice(
+            parameter.kind = AgentToolDefinition::Parameter::Kind::choice(
                 {QStringLiteral("open"), QStringLiteral("today"), QStringLiteral("overdue"), QStringLiteral("upcoming")});
         spec.parameters.append(parameter);
     }
@@ -144,13 +144,13 @@ AgentToolSpec make(const ToolRow& row, bool turkish) {
 
 }  // namespace
 
-QList<AgentToolSpec> NoteTools::all(bool turkish) {
-    QList<AgentToolSpec> specs;
+QList<AgentToolDefinition> NoteTools::all(bool turkish) {
+    QList<AgentToolDefinition> specs;
     for (const ToolRow& row : rows()) specs.append(make(row, turkish));
     return specs;
 }
 
-std::optional<AgentToolSpec> NoteTools::spec(const QString& name, bool turkish) {
+std::optional<AgentToolDefinition> NoteTools::spec(const QString& name, bool turkish) {
     for (const ToolRow& row : rows())
         if (name == QLatin1String(row.name)) return make(row, turkish);
     return std::nullopt;

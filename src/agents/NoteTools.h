@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 
 #include <QList>
 #include <optional>
@@ -13,9 +13,9 @@ namespace vuro {
 class NoteTools {
 public:
     // Every note tool, in the order they are offered.
-    static QList<AgentToolSpec> all(bool turkish);
+    static QList<AgentToolDefinition> all(bool turkish);
     // The note tool of that name, or none.
-    static std::optional<AgentToolSpec> spec(const QString& name, bool turkish);
+    static std::optional<AgentToolDefinition> spec(const QString& name, bool turkish);
 };
 
 }  // namespace vuro

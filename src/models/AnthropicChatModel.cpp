@@ -84,9 +84,9 @@ QJsonObject AnthropicChatModel::message(const ChatTurn& turn) {
     return message;
 }
 
-QJsonArray AnthropicChatModel::toolList(const QList<AgentToolSpec>& tools) const {
+QJsonArray AnthropicChatModel::toolList(const QList<AgentToolDefinition>& tools) const {
     QJsonArray list;
-    for (const AgentToolSpec& spec : tools)
+    for (const AgentToolDefinition& spec : tools)
         list.append(QJsonObject{{QLatin1String("name"), spec.name},
                                 {QLatin1String("description"), spec.description},
                                 {QLatin1String("input_schema"), toolInputSchema(spec)},
@@ -117,12 +117,12 @@ JsonRequest AnthropicChatModel::request(const QString& system, const QJsonArray&
 }
 
 QCoro::AsyncGenerator<AgentEvent> AnthropicChatModel::streamReply(QString system, QList<ChatTurn> turns,
-                                                                  QList<AgentToolSpec> tools, RunTool runTool) const {
+                                                                  QList<AgentToolDefinition> tools, RunTool runTool) const {
     return run(*this, std::move(system), std::move(turns), std::move(tools), std::move(runTool));
 }
 
 QCoro::AsyncGenerator<AgentEvent> AnthropicChatModel::run(AnthropicChatModel model, QString system, QList<ChatTurn> turns,
-                                                          QList<AgentToolSpec> tools, RunTool runTool) {
+                                                          QList<AgentToolDefinition> tools, RunTool runTool) {
     QJsonArray messages;
     for (const ChatTurn& turn : turns) messages.append(message(turn));
     const QJsonArray toolList = model.toolList(tools);

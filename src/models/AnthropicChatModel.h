@@ -26,7 +26,7 @@ public:
     QList<AgentAttachment::Kind> nativeAttachments() const override {
         return {AgentAttachment::Kind::image, AgentAttachment::Kind::pdf};
     }
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
+    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolDefinition> tools,
                                                   RunTool runTool) const override;
 
     // Rules by model identifier, shared with the one-shot provider.
@@ -40,9 +40,9 @@ public:
 
 private:
     JsonRequest request(const QString& system, const QJsonArray& messages, const QJsonArray& tools) const;
-    QJsonArray toolList(const QList<AgentToolSpec>& tools) const;
+    QJsonArray toolList(const QList<AgentToolDefinition>& tools) const;
     static QCoro::AsyncGenerator<AgentEvent> run(AnthropicChatModel model, QString system, QList<ChatTurn> turns,
-                                                 QList<AgentToolSpec> tools, RunTool runTool);
+                                                 QList<AgentToolDefinition> tools, RunTool runTool);
 
     QString _model;
     std::optional<QString> _apiKey;

@@ -3,7 +3,7 @@
 #include "agents/AgentAttachment.h"
 #include "agents/AgentToolCall.h"
 #include "agents/AgentToolOutcome.h"
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 #include "models/AIRoute.h"
 #include "models/AgentEvent.h"
 #include "models/ChatTurn.h"
@@ -39,7 +39,7 @@ public:
     // another Error), and events yielded before it stay valid. Destroying the stream stops the
     // run. The stream copies what it needs: the model may go away while it runs.
     virtual QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns,
-                                                          QList<AgentToolSpec> tools, RunTool runTool) const = 0;
+                                                          QList<AgentToolDefinition> tools, RunTool runTool) const = 0;
 };
 
 }  // namespace vuro

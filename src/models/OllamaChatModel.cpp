@@ -56,12 +56,12 @@ QJsonArray OllamaChatModel::messages(const QString& system, const QList<ChatTurn
 }
 
 QCoro::AsyncGenerator<AgentEvent> OllamaChatModel::streamReply(QString system, QList<ChatTurn> turns,
-                                                               QList<AgentToolSpec> tools, RunTool runTool) const {
+                                                               QList<AgentToolDefinition> tools, RunTool runTool) const {
     return run(*this, std::move(system), std::move(turns), std::move(tools), std::move(runTool));
 }
 
 QCoro::AsyncGenerator<AgentEvent> OllamaChatModel::run(OllamaChatModel model, QString system, QList<ChatTurn> turns,
-                                                       QList<AgentToolSpec> tools, RunTool runTool) {
+                                                       QList<AgentToolDefinition> tools, RunTool runTool) {
     if (model._model.isEmpty()) throw AIProviderError::missingModel();
     QJsonArray messages = OllamaChatModel::messages(system, turns);
     const QJsonArray toolList = OpenAICompatibleChatModel::toolList(tools);

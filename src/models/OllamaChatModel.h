@@ -20,7 +20,7 @@ public:
     AIRoute route() const override;
     std::optional<QString> availabilityProblem() const override;
     QList<AgentAttachment::Kind> nativeAttachments() const override { return {AgentAttachment::Kind::image}; }
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
+    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolDefinition> tools,
                                                   RunTool runTool) const override;
 
     // The chat endpoint under a base: a base ending in "/v1/" loses that part, then "api/chat".
@@ -29,7 +29,7 @@ public:
 private:
     static QJsonArray messages(const QString& system, const QList<ChatTurn>& turns);
     static QCoro::AsyncGenerator<AgentEvent> run(OllamaChatModel model, QString system, QList<ChatTurn> turns,
-                                                 QList<AgentToolSpec> tools, RunTool runTool);
+                                                 QList<AgentToolDefinition> tools, RunTool runTool);
 
     QString _model;
     QUrl _baseURL;

@@ -68,9 +68,9 @@ QJsonArray OpenAICompatibleChatModel::messages(const QString& system, const QLis
     return list;
 }
 
-QJsonArray OpenAICompatibleChatModel::toolList(const QList<AgentToolSpec>& tools) {
+QJsonArray OpenAICompatibleChatModel::toolList(const QList<AgentToolDefinition>& tools) {
     QJsonArray list;
-    for (const AgentToolSpec& spec : tools)
+    for (const AgentToolDefinition& spec : tools)
         list.append(QJsonObject{{QLatin1String("type"), QLatin1String("function")},
                                 {QLatin1String("function"), QJsonObject{{QLatin1String("name"), spec.name},
                                                                         {QLatin1String("description"), spec.description},
@@ -90,12 +90,12 @@ JsonRequest OpenAICompatibleChatModel::request(const QJsonArray& messages, const
 }
 
 QCoro::AsyncGenerator<AgentEvent> OpenAICompatibleChatModel::streamReply(QString system, QList<ChatTurn> turns,
-                                                                         QList<AgentToolSpec> tools, RunTool runTool) const {
+                                                                         QList<AgentToolDefinition> tools, RunTool runTool) const {
     return run(*this, std::move(system), std::move(turns), std::move(tools), std::move(runTool));
 }
 
 QCoro::AsyncGenerator<AgentEvent> OpenAICompatibleChatModel::run(OpenAICompatibleChatModel model, QString system,
-                                                                 QList<ChatTurn> turns, QList<AgentToolSpec> tools,
+                                                                 QList<ChatTurn> turns, QList<AgentToolDefinition> tools,
                                                                  RunTool runTool) {
     QJsonArray messages = OpenAICompatibleChatModel::messages(system, turns);
     const QJsonArray toolList = OpenAICompatibleChatModel::toolList(tools);

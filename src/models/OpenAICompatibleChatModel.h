@@ -23,18 +23,18 @@ public:
     AIRoute route() const override;
     std::optional<QString> availabilityProblem() const override;
     QList<AgentAttachment::Kind> nativeAttachments() const override;
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
+    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolDefinition> tools,
                                                   RunTool runTool) const override;
 
     // The system message (when there is a system text) and one message per turn.
     static QJsonArray messages(const QString& system, const QList<ChatTurn>& turns);
     // Tools in the "function" form, shared with Ollama.
-    static QJsonArray toolList(const QList<AgentToolSpec>& tools);
+    static QJsonArray toolList(const QList<AgentToolDefinition>& tools);
 
 private:
     JsonRequest request(const QJsonArray& messages, const QJsonArray& tools) const;
     static QCoro::AsyncGenerator<AgentEvent> run(OpenAICompatibleChatModel model, QString system, QList<ChatTurn> turns,
-                                                 QList<AgentToolSpec> tools, RunTool runTool);
+                                                 QList<AgentToolDefinition> tools, RunTool runTool);
 
     AIProviderKind _kind;
     QString _model;

@@ -8,7 +8,7 @@
 
 namespace vuro {
 
-QJsonObject toolInputSchema(const AgentToolSpec& spec) {
+QJsonObject toolInputSchema(const AgentToolDefinition& spec) {
     if (spec.inputSchema) {
         const QJsonDocument document = QJsonDocument::fromJson(spec.inputSchema->toUtf8());
         if (document.isObject()) {
@@ -21,7 +21,7 @@ QJsonObject toolInputSchema(const AgentToolSpec& spec) {
     }
     QJsonObject properties;
     QJsonArray required;
-    for (const AgentToolSpec::Parameter& parameter : spec.parameters) {
+    for (const AgentToolDefinition::Parameter& parameter : spec.parameters) {
         QJsonObject property{{QLatin1String("type"), QLatin1String("string")},
                              {QLatin1String("description"), parameter.description}};
         if (parameter.kind.isChoice())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 
 #include <QJsonObject>
 #include <QJsonValue>
@@ -13,7 +13,7 @@ namespace vuro {
 // The JSON Schema of a tool's input as vendors take it: an MCP server's own schema (without
 // "$schema", with "type" and "properties" filled in when it lacks them), or one built from the
 // tool's text parameters.
-QJsonObject toolInputSchema(const AgentToolSpec& spec);
+QJsonObject toolInputSchema(const AgentToolDefinition& spec);
 
 // A call's argument text as an object: blank text is an empty object; anything that isn't a JSON
 // object is none, and the model is told to try again.

@@ -211,7 +211,7 @@ class AskingAbilities : public AgentAbilities {
 public:
     explicit AskingAbilities(Setup setup) : _setup(std::move(setup)) {}
 
-    QList<AgentToolSpec> tools() const override { return {{"send_mail", "Sends a mail.", {}, true, std::nullopt}}; }
+    QList<AgentToolDefinition> tools() const override { return {{"send_mail", "Sends a mail.", {}, true, std::nullopt}}; }
     std::optional<QString> prompt() const override { return QStringLiteral("You can send mail."); }
     QList<MCPApprovalRequest> unattended() const override { return _unattended; }
     QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call) override {
@@ -331,22 +331,22 @@ TEST(AgentCenterApprovals, TimeOutsCancellationAndRepeatedQuestions) {
 // A job toolbox that offers what it is told and answers every call with its own name.
 class FixedJobToolbox : public AgentJobToolbox {
 public:
-    FixedJobToolbox(QList<AgentToolSpec> tools, QString prompt) : _tools(std::move(tools)), _prompt(std::move(prompt)) {}
-    QList<AgentToolSpec> tools() const override { return _tools; }
+    FixedJobToolbox(QList<AgentToolDefinition> tools, QString prompt) : _tools(std::move(tools)), _prompt(std::move(prompt)) {}
+    QList<AgentToolDefinition> tools() const override { return _tools; }
     QString prompt() const override { return _prompt; }
     QCoro::Task<AgentToolOutcome> run(AgentToolCall call) override {
         co_return AgentToolOutcome{"jobs: " + call.name, std::nullopt, {}};
     }
 
 private:
-    QList<AgentToolSpec> _tools;
+    QList<AgentToolDefinition> _tools;
     QString _prompt;
 };
 
 // Abilities that claim a job tool and a note tool too, to show who answers first.
 class GreedyAbilities : public AgentAbilities {
 public:
-    QList<AgentToolSpec> tools() const override { return {{"web_search", "Searches.", {}, false, std::nullopt}}; }
+    QList<AgentToolDefinition> tools() const override { return {{"web_search", "Searches.", {}, false, std::nullopt}}; }
     std::optional<QString> prompt() const override { return QStringLiteral("You have the web."); }
     QList<MCPApprovalRequest> unattended() const override { return {}; }
     QCoro::Task<std::optional<AgentToolOutcome>> run(AgentToolCall call) override {
@@ -364,11 +364,11 @@ TEST(AgentCenterRun, ToolsComeInOrderAndCallsGoToTheirToolbox) {
     f.onCloud();
     f.notes.create("Groceries", "- [ ] eggs");
     std::optional<AgentJobToolbox::Setup> jobSetup;
-    const AgentToolSpec schedule{"schedule_job", "Schedules a job.", {}, true, std::nullopt};
+    const AgentToolDefinition schedule{"schedule_job", "Schedules a job.", {}, true, std::nullopt};
     f.center->abilitiesFor = makeGreedy;
     f.center->jobToolboxFor = [&](AgentJobToolbox::Setup setup) {
         jobSetup = setup;
-        return std::make_unique<FixedJobToolbox>(QList<AgentToolSpec>{schedule}, "Jobs run on a schedule.");
+        return std::make_unique<FixedJobToolbox>(QList<AgentToolDefinition>{schedule}, "Jobs run on a schedule.");
     };
     f.script->steps = {AgentToolCall{"1", "schedule_job", {}}, AgentToolCall{"2", "web_search", {}},
                        AgentToolCall{"3", "read_note", {{"note", "Groceries"}}}, AgentToolCall{"4", "list_notes", {}},
@@ -380,9 +380,9 @@ TEST(AgentCenterRun, ToolsComeInOrderAndCallsGoToTheirToolbox) {
     EXPECT_EQ(jobSetup->request, "every morning, read my groceries");
     EXPECT_FALSE(jobSetup->onDevice);
     QStringList names;
-    for (const AgentToolSpec& tool : f.script->sentTools) names.append(tool.name);
+    for (const AgentToolDefinition& tool : f.script->sentTools) names.append(tool.name);
     QStringList expected;
-    for (const AgentToolSpec& tool : NoteToolbox::tools(NoteAccess::readWrite, false, "", false)) expected.append(tool.name);
+    for (const AgentToolDefinition& tool : NoteToolbox::tools(NoteAccess::readWrite, false, "", false)) expected.append(tool.name);
     expected << "web_search" << "schedule_job";
     EXPECT_EQ(names, expected);
     EXPECT_THAT(f.script->sentSystem.toStdString(),
@@ -398,7 +398,7 @@ TEST(AgentCenterRun, ToolsComeInOrderAndCallsGoToTheirToolbox) {
     // yet still answers its own names.
     f.center->abilitiesFor = nullptr;
     f.center->jobToolboxFor = [](AgentJobToolbox::Setup) {
-        return std::make_unique<FixedJobToolbox>(QList<AgentToolSpec>{}, "Jobs run on a schedule.");
+        return std::make_unique<FixedJobToolbox>(QList<AgentToolDefinition>{}, "Jobs run on a schedule.");
     };
     f.script->steps = {AgentToolCall{"6", "schedule_job", {}}, QString("done")};
     f.script->outputs.clear();

@@ -104,7 +104,7 @@ TEST_F(AgentConversationTest, AddsADatedTaskSavesTheActionAndUndoesIt) {
         if (sentTools.last() == "add_task") addTask = tool.toObject();
     }
     QStringList noteTools;
-    for (const AgentToolSpec& tool : NoteToolbox::tools(NoteAccess::readWrite, false, request, false)) noteTools.append(tool.name);
+    for (const AgentToolDefinition& tool : NoteToolbox::tools(NoteAccess::readWrite, false, request, false)) noteTools.append(tool.name);
     EXPECT_EQ(sentTools, noteTools);
     EXPECT_EQ(addTask.value("description").toString(),
               "Add a to-do or an item to an existing note or list, e.g. milk to the shopping list. Keep date words like "

@@ -8,10 +8,10 @@ namespace vuro {
 namespace {
 
 TEST(NoteToolsTest, TheListInItsOrderWithWhatEachWrites) {
-    const QList<AgentToolSpec> tools = NoteTools::all(false);
+    const QList<AgentToolDefinition> tools = NoteTools::all(false);
     QStringList names;
     QStringList writing;
-    for (const AgentToolSpec& tool : tools) {
+    for (const AgentToolDefinition& tool : tools) {
         names << tool.name;
         if (tool.writes) writing << tool.name;
         EXPECT_FALSE(tool.inputSchema) << tool.name.toStdString();
@@ -49,7 +49,7 @@ TEST(NoteToolsTest, ParametersWithTheirRequiredMarksAndKinds) {
         const auto spec = NoteTools::spec(QLatin1String(name), false);
         ASSERT_TRUE(spec) << name;
         QStringList shown;
-        for (const AgentToolSpec::Parameter& p : spec->parameters) {
+        for (const AgentToolDefinition::Parameter& p : spec->parameters) {
             shown << p.name + (p.required ? QStringLiteral("!") : QString());
             EXPECT_EQ(p.kind.isChoice(), p.name == QLatin1String("when")) << name;
             EXPECT_FALSE(p.description.isEmpty());
@@ -61,12 +61,12 @@ TEST(NoteToolsTest, ParametersWithTheirRequiredMarksAndKinds) {
 }
 
 TEST(NoteToolsTest, TurkishDiffersOnlyInItsWords) {
-    const QList<AgentToolSpec> english = NoteTools::all(false);
-    const QList<AgentToolSpec> turkish = NoteTools::all(true);
+    const QList<AgentToolDefinition> english = NoteTools::all(false);
+    const QList<AgentToolDefinition> turkish = NoteTools::all(true);
     ASSERT_EQ(english.size(), turkish.size());
     QSet<QString> descriptions;
     for (qsizetype i = 0; i < english.size(); ++i) {
-        AgentToolSpec translated = turkish[i];
+        AgentToolDefinition translated = turkish[i];
         EXPECT_NE(translated.description, english[i].description) << english[i].name.toStdString();
         descriptions.insert(translated.description);
         ASSERT_EQ(translated.parameters.size(), english[i].parameters.size());

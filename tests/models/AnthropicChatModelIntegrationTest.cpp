@@ -23,15 +23,15 @@ ChatAttachment attachment(const QString& name, AgentAttachment::Kind kind, ChatA
     return {info, std::move(content)};
 }
 
-const AgentToolSpec addTask{"add_task", "Adds a task to a note.",
-                            {{"note", "The note's title", AgentToolSpec::Parameter::Kind::string(), true}}, true, std::nullopt};
+const AgentToolDefinition addTask{"add_task", "Adds a task to a note.",
+                            {{"note", "The note's title", AgentToolDefinition::Parameter::Kind::string(), true}}, true, std::nullopt};
 
 class AnthropicChatModelTest : public testing::Test {
 protected:
     AnthropicChatModel model(const QString& name, bool web = false, std::optional<QString> key = QStringLiteral("sk-ant-test")) {
         return AnthropicChatModel(name, key, server.url("/v1/"), &session, web);
     }
-    test::Drained<AgentEvent> run(const AnthropicChatModel& chat, QList<ChatTurn> turns, QList<AgentToolSpec> tools = {}) {
+    test::Drained<AgentEvent> run(const AnthropicChatModel& chat, QList<ChatTurn> turns, QList<AgentToolDefinition> tools = {}) {
         return test::drain(chat.streamReply(QStringLiteral("You are Vuro."), std::move(turns), std::move(tools), tools_.runTool()));
     }
     static QList<ChatTurn> ask(const QString& text) { return {ChatTurn{ChatTurn::Role::user, text, {}}}; }

@@ -24,14 +24,14 @@ ChatAttachment attachment(const QString& name, AgentAttachment::Kind kind, ChatA
     return {info, std::move(content)};
 }
 
-const AgentToolSpec addTask{"add_task", "Adds a task.", {{"note", "Title", AgentToolSpec::Parameter::Kind::string(), true}}, true, std::nullopt};
+const AgentToolDefinition addTask{"add_task", "Adds a task.", {{"note", "Title", AgentToolDefinition::Parameter::Kind::string(), true}}, true, std::nullopt};
 const char* addTaskJson =
     R"({"type":"function","function":{"name":"add_task","description":"Adds a task.","parameters":{"type":"object",
         "properties":{"note":{"type":"string","description":"Title"}},"required":["note"],"additionalProperties":false}}})";
 
 class CompatibleChatModelsTest : public testing::Test {
 protected:
-    test::Drained<AgentEvent> run(const ChatModel& chat, QList<ChatTurn> turns, QList<AgentToolSpec> tools = {}) {
+    test::Drained<AgentEvent> run(const ChatModel& chat, QList<ChatTurn> turns, QList<AgentToolDefinition> tools = {}) {
         return test::drain(chat.streamReply(QStringLiteral("Sys"), std::move(turns), std::move(tools), tools_.runTool()));
     }
     static QList<ChatTurn> ask(const QString& text) { return {ChatTurn{ChatTurn::Role::user, text, {}}}; }

@@ -11,9 +11,9 @@ namespace {
 QJsonObject parse(const char* json) { return QJsonDocument::fromJson(json).object(); }
 
 TEST(ToolInputSchema, BuildsAnObjectSchemaFromTextParameters) {
-    AgentToolSpec spec{"add_task", "Adds a task.",
-                       {{"note", "The note's title", AgentToolSpec::Parameter::Kind::string(), true},
-                        {"when", "When", AgentToolSpec::Parameter::Kind::choice({"today", "later"}), false}},
+    AgentToolDefinition spec{"add_task", "Adds a task.",
+                       {{"note", "The note's title", AgentToolDefinition::Parameter::Kind::string(), true},
+                        {"when", "When", AgentToolDefinition::Parameter::Kind::choice({"today", "later"}), false}},
                        true, std::nullopt};
     EXPECT_EQ(toolInputSchema(spec), parse(R"({"type":"object","additionalProperties":false,"required":["note"],
         "properties":{"note":{"type":"string","description":"The note's title"},
@@ -21,7 +21,7 @@ TEST(ToolInputSchema, BuildsAnObjectSchemaFromTextParameters) {
 }
 
 TEST(ToolInputSchema, ANoParameterToolStillHasAnObjectSchema) {
-    EXPECT_EQ(toolInputSchema(AgentToolSpec{"list", "", {}, false, std::nullopt}),
+    EXPECT_EQ(toolInputSchema(AgentToolDefinition{"list", "", {}, false, std::nullopt}),
               parse(R"({"type":"object","properties":{},"required":[],"additionalProperties":false})"));
 }
 
@@ -34,7 +34,7 @@ struct SchemaCase {
 class ServerSchemaTest : public testing::TestWithParam<SchemaCase> {};
 
 TEST_P(ServerSchemaTest, TakesAServersSchemaWithOnlyTheNeededRepairs) {
-    AgentToolSpec spec{"mcp_tool", "", {{"ignored", "", {}, true}}, false, QString::fromUtf8(GetParam().serverSchema)};
+    AgentToolDefinition spec{"mcp_tool", "", {{"ignored", "", {}, true}}, false, QString::fromUtf8(GetParam().serverSchema)};
     EXPECT_EQ(toolInputSchema(spec), parse(GetParam().expected));
 }
 

@@ -29,7 +29,7 @@ QCoro::AsyncGenerator<AgentEvent> play(std::shared_ptr<ChatScript> script, RunTo
 }  // namespace
 
 QCoro::AsyncGenerator<AgentEvent> ScriptedChatModel::streamReply(QString system, QList<ChatTurn> turns,
-                                                                 QList<AgentToolSpec> tools, RunTool runTool) const {
+                                                                 QList<AgentToolDefinition> tools, RunTool runTool) const {
     _script->sentSystem = system;
     _script->sentTurns = turns;
     _script->sentTools = tools;

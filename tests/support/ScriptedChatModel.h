@@ -18,7 +18,7 @@ struct ChatScript {
     QString failure;
     QList<ChatTurn> sentTurns;
     QString sentSystem;
-    QList<AgentToolSpec> sentTools;
+    QList<AgentToolDefinition> sentTools;
     QStringList outputs;  // what each tool call answered
 };
 
@@ -29,7 +29,7 @@ public:
     AIRoute route() const override { return AIRoute::cloud(QStringLiteral("Anthropic")); }
     std::optional<QString> availabilityProblem() const override { return std::nullopt; }
     QList<AgentAttachment::Kind> nativeAttachments() const override { return {AgentAttachment::Kind::image}; }
-    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolSpec> tools,
+    QCoro::AsyncGenerator<AgentEvent> streamReply(QString system, QList<ChatTurn> turns, QList<AgentToolDefinition> tools,
                                                   RunTool runTool) const override;
 
 private:

@@ -1,6 +1,6 @@
 #include "agents/AIProviderKind.h"
 #include "agents/AgentToolCall.h"
-#include "agents/AgentToolSpec.h"
+#include "agents/AgentToolDefinition.h"
 #include "agents/CLIToolKind.h"
 #include "agents/NoteAccess.h"
 #include "support/Printers.h"
@@ -11,31 +11,31 @@
 namespace vuro {
 namespace {
 
-AgentToolSpec listTasks() {
+AgentToolDefinition listTasks() {
     return {QStringLiteral("list_tasks"),
             QStringLiteral("List tasks."),
             {{QStringLiteral("when"), QStringLiteral("Which tasks"),
-              AgentToolSpec::Parameter::Kind::choice({QStringLiteral("open"), QStringLiteral("today")}), true}},
+              AgentToolDefinition::Parameter::Kind::choice({QStringLiteral("open"), QStringLiteral("today")}), true}},
             false,
             std::nullopt};
 }
 
-TEST(AgentToolSpecTest, EveryFieldTakesPartInEqualityAndHashing) {
-    const AgentToolSpec base = listTasks();
-    const std::vector<std::pair<const char*, std::function<void(AgentToolSpec&)>>> changes = {
-        {"name", [](AgentToolSpec& s) { s.name = QStringLiteral("list_notes"); }},
-        {"description", [](AgentToolSpec& s) { s.description += QLatin1Char('!'); }},
-        {"writes", [](AgentToolSpec& s) { s.writes = true; }},
-        {"inputSchema", [](AgentToolSpec& s) { s.inputSchema = QStringLiteral("{}"); }},
-        {"no parameters", [](AgentToolSpec& s) { s.parameters.clear(); }},
-        {"parameter required", [](AgentToolSpec& s) { s.parameters[0].required = false; }},
-        {"parameter kind", [](AgentToolSpec& s) { s.parameters[0].kind = AgentToolSpec::Parameter::Kind::string(); }},
-        {"choice options", [](AgentToolSpec& s) { s.parameters[0].kind.options.removeLast(); }},
-        {"choice order", [](AgentToolSpec& s) { s.parameters[0].kind.options.swapItemsAt(0, 1); }},
+TEST(AgentToolDefinitionTest, EveryFieldTakesPartInEqualityAndHashing) {
+    const AgentToolDefinition base = listTasks();
+    const std::vector<std::pair<const char*, std::function<void(AgentToolDefinition&)>>> changes = {
+        {"name", [](AgentToolDefinition& s) { s.name = QStringLiteral("list_notes"); }},
+        {"description", [](AgentToolDefinition& s) { s.description += QLatin1Char('!'); }},
+        {"writes", [](AgentToolDefinition& s) { s.writes = true; }},
+        {"inputSchema", [](AgentToolDefinition& s) { s.inputSchema = QStringLiteral("{}"); }},
+        {"no parameters", [](AgentToolDefinition& s) { s.parameters.clear(); }},
+        {"parameter required", [](AgentToolDefinition& s) { s.parameters[0].required = false; }},
+        {"parameter kind", [](AgentToolDefinition& s) { s.parameters[0].kind = AgentToolDefinition::Parameter::Kind::string(); }},
+        {"choice options", [](AgentToolDefinition& s) { s.parameters[0].kind.options.removeLast(); }},
+        {"choice order", [](AgentToolDefinition& s) { s.parameters[0].kind.options.swapItemsAt(0, 1); }},
     };
     QSet<size_t> hashes{qHash(base)};
     for (const auto& [what, change] : changes) {
-        AgentToolSpec changed = base;
+        AgentToolDefinition changed = base;
         change(changed);
         EXPECT_NE(changed, base) << what;
         hashes.insert(qHash(changed));
@@ -45,10 +45,10 @@ TEST(AgentToolSpecTest, EveryFieldTakesPartInEqualityAndHashing) {
     EXPECT_EQ(qHash(listTasks()), qHash(base));
 }
 
-TEST(AgentToolSpecTest, SpecsAndCallsWorkAsSetMembers) {
-    AgentToolSpec writing = listTasks();
+TEST(AgentToolDefinitionTest, SpecsAndCallsWorkAsSetMembers) {
+    AgentToolDefinition writing = listTasks();
     writing.writes = true;
-    const QSet<AgentToolSpec> specs{listTasks(), writing, listTasks()};
+    const QSet<AgentToolDefinition> specs{listTasks(), writing, listTasks()};
     EXPECT_EQ(specs.size(), 2);
 
     const AgentToolCall call{QStringLiteral("c1"), QStringLiteral("read_note"), {{QStringLiteral("note"), QStringLiteral("Milk")}}};
@@ -61,7 +61,7 @@ TEST(AgentToolSpecTest, SpecsAndCallsWorkAsSetMembers) {
     EXPECT_TRUE(AgentToolCall{}.arguments.isEmpty());
 }
 
-TEST(AgentToolSpecTest, RawTextsOfTheKindsAreTheCaseNames) {
+TEST(AgentToolDefinitionTest, RawTextsOfTheKindsAreTheCaseNames) {
     EXPECT_EQ(allCases<NoteAccess>(), (QList{NoteAccess::none, NoteAccess::read, NoteAccess::readWrite}));
     QStringList providers;
     for (AIProviderKind kind : allCases<AIProviderKind>()) providers << rawText(kind);
@@ -76,7 +76,7 @@ TEST(AgentToolSpecTest, RawTextsOfTheKindsAreTheCaseNames) {
     EXPECT_EQ(fromRawText<AIProviderKind>(QStringLiteral("")), std::nullopt);
 }
 
-TEST(AgentToolSpecTest, UnknownRawTextFailsDecoding) {
+TEST(AgentToolDefinitionTest, UnknownRawTextFailsDecoding) {
     EXPECT_EQ(Json::toRaw<NoteAccess>(QStringLiteral("readWrite")), NoteAccess::readWrite);
     try {
         Json::toRaw<AIProviderKind>(QStringLiteral("mistral"));

@@ -10,7 +10,7 @@ namespace vuro {
 // What an agent can call, in the one vocabulary every back-end translates into its own wire
 // format: note tools, job tools, web search, skills and MCP tools alike. Arguments are always
 // text; each toolbox parses what it needs.
-struct AgentToolSpec {
+struct AgentToolDefinition {
     struct Parameter {
         // A parameter is either free text or one of a fixed list of texts. There is no number
         // or boolean kind: a model only ever hands over strings.
@@ -40,11 +40,11 @@ struct AgentToolSpec {
     // The raw JSON Schema of an MCP tool; when present a back-end sends it instead of parameters.
     std::optional<QString> inputSchema;
 
-    bool operator==(const AgentToolSpec&) const = default;
+    bool operator==(const AgentToolDefinition&) const = default;
 };
 
-size_t qHash(const AgentToolSpec::Parameter::Kind& kind, size_t seed = 0);
-size_t qHash(const AgentToolSpec::Parameter& parameter, size_t seed = 0);
-size_t qHash(const AgentToolSpec& spec, size_t seed = 0);
+size_t qHash(const AgentToolDefinition::Parameter::Kind& kind, size_t seed = 0);
+size_t qHash(const AgentToolDefinition::Parameter& parameter, size_t seed = 0);
+size_t qHash(const AgentToolDefinition& spec, size_t seed = 0);
 
 }  // namespace vuro
